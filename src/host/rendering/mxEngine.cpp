@@ -1,0 +1,79 @@
+#include "mxEngine.h"
+
+#include "scenegraph/mxCamera.h"
+
+#include <algorithm>
+
+namespace mx {
+
+mxEngine::mxEngine() : viewportWidth(640), viewportHeight(480), context(this), frameCount(0) {
+    scene = new mxScene();
+    cameraNode = new mxCameraNode(new mxCamera(true));
+}
+
+mxEngine::~mxEngine() = default;
+
+void mxEngine::getViewportSize(int& width, int& height) const {
+    width = viewportWidth;
+    height = viewportHeight;
+}
+
+void mxEngine::setViewportSize(int width, int height) {
+    viewportWidth = std::max(width, 0);
+    viewportHeight = std::max(height, 0);
+}
+
+bool mxEngine::setCameraNode(mxCameraNode* node) {
+    if (!node || !node->getCamera()) {
+        return false;
+    }
+    cameraNode = node;
+    return true;
+}
+
+bool mxEngine::attachController(mxGenericControllerInterface* controller) {
+    if (!controller ||
+        std::find(controllers.begin(), controllers.end(), controller) != controllers.end()) {
+        return false;
+    }
+    controllers.push_back(controller);
+    return true;
+}
+
+bool mxEngine::detachController(mxGenericControllerInterface* controller) {
+    const auto found = std::find(controllers.begin(), controllers.end(), controller);
+    if (!controller || found == controllers.end()) {
+        return false;
+    }
+    controllers.erase(found);
+    return true;
+}
+
+void mxEngine::resetControllers() {
+    const std::vector<mxGenericControllerInterface*> running = controllers;
+    for (mxGenericControllerInterface* controller : running) {
+        controller->clearController();
+    }
+}
+
+void mxEngine::updateFrame() {
+    // A copy: a controller may attach or detach controllers while it runs.
+    const std::vector<mxGenericControllerInterface*> running = controllers;
+    for (mxGenericControllerInterface* controller : running) {
+        controller->updateController(&context);
+    }
+    scene->UpdateGS_Flags();
+    scene->clearUpdateFlagsDown(mxSpatial::UPDATE_SUBTREE_CHANGED);
+    ++frameCount;
+}
+
+void mxEngine::renderFrame(mxRendererInterface& renderer) {
+    const std::vector<mxGenericControllerInterface*> running = controllers;
+    for (mxGenericControllerInterface* controller : running) {
+        controller->beforeDraw(&context);
+    }
+    primitivesPass.run(scene.get());
+    renderer.renderScene(scene.get(), *cameraNode->getCamera(), viewportWidth, viewportHeight);
+}
+
+} // namespace mx

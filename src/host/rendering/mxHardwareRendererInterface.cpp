@@ -1,0 +1,7 @@
+#include "mxHardwareRendererInterface.h"
+
+namespace mx {
+
+mxHardwareRendererInterface::~mxHardwareRendererInterface() = default;
+
+} // namespace mx

@@ -1,0 +1,7 @@
+#include "mxDescriptionInterface.h"
+
+namespace mx {
+
+mxDescriptionInterface::~mxDescriptionInterface() = default;
+
+} // namespace mx

@@ -1,0 +1,9 @@
+#include "mxEngineInterface.h"
+
+namespace mx {
+
+mxEngineInterface::mxEngineInterface() = default;
+
+mxEngineInterface::~mxEngineInterface() = default;
+
+} // namespace mx

@@ -1,0 +1,7 @@
+#include "mxRttiInterface.h"
+
+namespace mx {
+
+mxRttiInterface::~mxRttiInterface() = default;
+
+} // namespace mx

@@ -1,0 +1,28 @@
+// Wm4::IntrLine3Plane3: Wild Magic 5's line-plane intersection query, with GetLineT() for
+// Wild Magic 5's GetLineParameter().
+//
+// Like Wm5::IntrLine3Plane3 it keeps references to the line and the plane it is given: both
+// must outlive the query, so never pass temporaries.
+#pragma once
+
+#include "Wm4Line3.h"
+#include "Wm4Plane3.h"
+
+#include <Wm5IntrLine3Plane3.h>
+
+namespace Wm4 {
+
+template <class Real> class IntrLine3Plane3 : public Wm5::IntrLine3Plane3<Real> {
+public:
+    IntrLine3Plane3(const Line3<Real>& line, const Plane3<Real>& plane)
+        : Wm5::IntrLine3Plane3<Real>(line, plane) {}
+
+    // Deleted so that a temporary line or plane cannot be bound by mistake.
+    IntrLine3Plane3(Line3<Real>&& line, const Plane3<Real>& plane) = delete;
+    IntrLine3Plane3(const Line3<Real>& line, Plane3<Real>&& plane) = delete;
+
+    // The line parameter of the intersection point found by Find(): Origin + t * Direction.
+    Real GetLineT() const { return this->GetLineParameter(); }
+};
+
+} // namespace Wm4
