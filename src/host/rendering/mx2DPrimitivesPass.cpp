@@ -51,10 +51,13 @@ mx2DPrimitivesPass::~mx2DPrimitivesPass() {
 }
 
 void mx2DPrimitivesPass::run(mxSpatial* root) {
-    // A copy: a function may unregister itself or others while it runs.
+    // A copy: a function may register or unregister functions while it runs. One registered
+    // meanwhile first runs with the next pass; one unregistered meanwhile is not called.
     const std::vector<AnalyseFunction> functions = registry();
     for (AnalyseFunction function : functions) {
-        function(this, root);
+        if (IsAnalyseFunctionRegistered(function)) {
+            function(this, root);
+        }
     }
 }
 

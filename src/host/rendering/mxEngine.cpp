@@ -49,18 +49,29 @@ bool mxEngine::detachController(mxGenericControllerInterface* controller) {
     return true;
 }
 
+bool mxEngine::isAttached(const mxGenericControllerInterface* controller) const {
+    return std::find(controllers.begin(), controllers.end(), controller) != controllers.end();
+}
+
 void mxEngine::resetControllers() {
+    // Walks a copy: a controller may attach or detach controllers while it runs. One attached
+    // meanwhile waits for the next call; one detached meanwhile is skipped, since its owner
+    // may already have destroyed it.
     const std::vector<mxGenericControllerInterface*> running = controllers;
     for (mxGenericControllerInterface* controller : running) {
-        controller->clearController();
+        if (isAttached(controller)) {
+            controller->clearController();
+        }
     }
 }
 
 void mxEngine::updateFrame() {
-    // A copy: a controller may attach or detach controllers while it runs.
+    // Same walk as resetControllers.
     const std::vector<mxGenericControllerInterface*> running = controllers;
     for (mxGenericControllerInterface* controller : running) {
-        controller->updateController(&context);
+        if (isAttached(controller)) {
+            controller->updateController(&context);
+        }
     }
     scene->UpdateGS_Flags();
     scene->clearUpdateFlagsDown(mxSpatial::UPDATE_SUBTREE_CHANGED);
@@ -70,10 +81,16 @@ void mxEngine::updateFrame() {
 void mxEngine::renderFrame(mxRendererInterface& renderer) {
     const std::vector<mxGenericControllerInterface*> running = controllers;
     for (mxGenericControllerInterface* controller : running) {
-        controller->beforeDraw(&context);
+        if (isAttached(controller)) {
+            controller->beforeDraw(&context);
+        }
     }
     primitivesPass.run(scene.get());
-    renderer.renderScene(scene.get(), *cameraNode->getCamera(), viewportWidth, viewportHeight);
+    // The node was checked when it became the active one, but its camera can be taken away
+    // since: without a camera there is no view to draw.
+    if (const mxCamera* camera = cameraNode->getCamera()) {
+        renderer.renderScene(scene.get(), *camera, viewportWidth, viewportHeight);
+    }
 }
 
 } // namespace mx

@@ -5,7 +5,11 @@
 // with a context whose engine is this one; then the scene's world data and bounds
 // (UpdateGS_Flags from the root); then the per-frame update flags (UPDATE_SUBTREE_CHANGED)
 // are cleared. renderFrame() gives the controllers their beforeDraw, runs the 2-D primitives
-// pass on the scene and draws the scene through a renderer.
+// pass on the scene and draws the scene through a renderer (nothing is drawn while the active
+// camera node holds no camera).
+//
+// A controller may attach or detach controllers while the engine runs them: one attached
+// meanwhile is first run by the next call, one detached meanwhile is not run any more.
 //
 // The engine does not own its controllers: detach a controller before destroying it.
 #pragma once
@@ -56,6 +60,8 @@ public:
     std::uint64_t getFrameCount() const { return frameCount; }
 
 private:
+    bool isAttached(const mxGenericControllerInterface* controller) const;
+
     int viewportWidth;
     int viewportHeight;
     std::vector<mxGenericControllerInterface*> controllers;

@@ -100,14 +100,17 @@ mxGeometry* mxBaseGeometry::getGeneratedGeometry() {
         generated = new mxGeometry(getPrimitive());
     }
     generated->setPrimitive(getPrimitive());
-    // Buffers are reused while their sizes fit, so a renderer keeps its GPU objects.
+    // Buffers are reused while their kinds and sizes fit, so a renderer keeps its GPU
+    // objects. The geometry is handed out writable, so a slot may hold anything by now.
     const mxBuffer* vertexBuffer = generated->getGeneratedBuffer(0);
-    if (!vertexBuffer || vertexBuffer->getElementCount() != vertices.size()) {
+    if (!vertexBuffer || vertexBuffer->getKind() != mxBuffer::VERTEX ||
+        vertexBuffer->getElementCount() != vertices.size()) {
         generated->setGeneratedBuffer(
             0, new mxBuffer(mxBuffer::VERTEX, static_cast<unsigned int>(vertices.size())));
     }
     const mxBuffer* indexBuffer = generated->getGeneratedBuffer(1);
-    if (!indexBuffer || indexBuffer->getElementCount() != indices.size()) {
+    if (!indexBuffer || indexBuffer->getKind() != mxBuffer::INDEX ||
+        indexBuffer->getElementCount() != indices.size()) {
         generated->setGeneratedBuffer(
             1, new mxBuffer(mxBuffer::INDEX, static_cast<unsigned int>(indices.size())));
     }

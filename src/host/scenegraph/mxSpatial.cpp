@@ -123,20 +123,20 @@ void mxSpatial::computeWorldTransform() {
 }
 
 void mxSpatial::markAncestorBoundsStale() {
+    // No early stop at an ancestor that is marked already: setDirty can mark a node's bound
+    // without marking the bounds above it, so a marked node says nothing about its parent.
+    // The walk costs the depth, never the number of siblings.
     const unsigned int stale = DIRTY_BOUND | DIRTY_DESCENDANT;
     for (mxSpatial* ancestor = parent; ancestor; ancestor = ancestor->parent) {
-        if ((ancestor->dirtyFlags & stale) == stale) {
-            break; // everything above is marked already
-        }
         ancestor->dirtyFlags |= stale;
     }
 }
 
 void mxSpatial::markAncestorsPending() {
+    // Up to the root, without stopping at a marked ancestor: a node whose subtree an update
+    // left alone (forceIgnore) or whose flags were cleaned keeps its mark below an unmarked
+    // parent, and stopping there would leave this object out of flagged updates for good.
     for (mxSpatial* ancestor = parent; ancestor; ancestor = ancestor->parent) {
-        if (ancestor->dirtyFlags & DIRTY_DESCENDANT) {
-            break; // everything above is marked already
-        }
         ancestor->dirtyFlags |= DIRTY_DESCENDANT;
     }
 }

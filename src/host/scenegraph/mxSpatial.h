@@ -120,7 +120,7 @@ protected:
 
     std::string describe() const override;
 
-    // Marks every ancestor's bound stale, stopping at the first one already marked.
+    // Marks the bound of every ancestor, up to the root, stale.
     void markAncestorBoundsStale();
     // Sets bits in the flag words directly (the node hands flags down to its children).
     void orDirtyFlags(unsigned int flags, unsigned int flagsDown);

@@ -17,9 +17,11 @@ public:
     IntrLine3Plane3(const Line3<Real>& line, const Plane3<Real>& plane)
         : Wm5::IntrLine3Plane3<Real>(line, plane) {}
 
-    // Deleted so that a temporary line or plane cannot be bound by mistake.
-    IntrLine3Plane3(Line3<Real>&& line, const Plane3<Real>& plane) = delete;
-    IntrLine3Plane3(const Line3<Real>& line, Plane3<Real>&& plane) = delete;
+    // Deleted so that a temporary line or plane cannot be bound by mistake. They take const
+    // rvalue references so that they also catch const temporaries, which a plain && would
+    // leave to the const& constructor above.
+    IntrLine3Plane3(const Line3<Real>&& line, const Plane3<Real>& plane) = delete;
+    IntrLine3Plane3(const Line3<Real>& line, const Plane3<Real>&& plane) = delete;
 
     // The line parameter of the intersection point found by Find(): Origin + t * Direction.
     Real GetLineT() const { return this->GetLineParameter(); }

@@ -1,6 +1,8 @@
 // Wm4::Plane3: Wild Magic 5's plane, the points X with Dot(Normal, X) = Constant.
 #pragma once
 
+#include "Wm4Vector3.h"
+
 #include <Wm5Plane3.h>
 
 namespace Wm4 {
