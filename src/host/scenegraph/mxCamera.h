@@ -20,7 +20,8 @@
 //   Orthographic: w = 1.
 // - Pick coordinates are normalised view coordinates measured from the LOWER LEFT corner of
 //   the view: (0, 0) is the lower left, (1, 1) the upper right, so x runs from rMin to rMax and
-//   y from uMin to uMax. A window toolkit's top-left mouse y must be flipped (y = 1 - y/height).
+//   y from uMin to uMax. A window's pixel (px, py), counted from the top left, is
+//   x = (px + 0.5) / width, y = ((height - py) - 0.5) / height.
 //   Projection and pick ray come from the same frustum: a point on the pick ray through (x, y)
 //   projects back to NDC (2x - 1, 2y - 1).
 //

@@ -1,6 +1,5 @@
 #include "mxNode.h"
 
-#include <sstream>
 
 namespace mx {
 
@@ -195,12 +194,6 @@ void mxNode::markSubtreeChanged() {
     for (mxSpatial* node = this; node; node = node->parent) {
         node->updateFlags |= UPDATE_SUBTREE_CHANGED;
     }
-}
-
-std::string mxNode::describe() const {
-    std::ostringstream text;
-    text << mxSpatial::describe() << ", " << children.size() << " child slots";
-    return text.str();
 }
 
 } // namespace mx

@@ -52,9 +52,6 @@ public:
     // update flags have a bit of mask set.
     void clearUpdateFlagsDown(unsigned int mask);
 
-protected:
-    std::string describe() const override;
-
 private:
     // Sets UPDATE_SUBTREE_CHANGED here and in every ancestor.
     void markSubtreeChanged();

@@ -48,8 +48,8 @@ public:
     unsigned int GetID() const { return id; }
 
 protected:
-    // The one-line description debugObject writes.
-    virtual std::string describe() const;
+    // The one-line description debugObject writes: type, name, id and reference count.
+    std::string describe() const;
 
 private:
     mutable int references;

@@ -2,7 +2,6 @@
 
 #include "mxNode.h"
 
-#include <sstream>
 
 namespace mx {
 
@@ -147,13 +146,5 @@ void mxSpatial::orDirtyFlags(unsigned int flags, unsigned int flagsDown) {
 }
 
 bool mxSpatial::hasPendingWork() const { return (dirtyFlags & csPendingWork) != 0; }
-
-std::string mxSpatial::describe() const {
-    std::ostringstream text;
-    text << mxObject::describe() << " at (" << world.GetTranslate().X() << ", "
-         << world.GetTranslate().Y() << ", " << world.GetTranslate().Z() << ") culling "
-         << cullingMode;
-    return text.str();
-}
 
 } // namespace mx

@@ -118,8 +118,6 @@ public:
 protected:
     mxSpatial();
 
-    std::string describe() const override;
-
     // Marks the bound of every ancestor, up to the root, stale.
     void markAncestorBoundsStale();
     // Sets bits in the flag words directly (the node hands flags down to its children).

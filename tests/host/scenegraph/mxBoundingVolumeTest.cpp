@@ -3,6 +3,8 @@
 
 #include "scenegraph/mxBoundingVolume.h"
 
+#include "support/mxTestGeometry.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -13,6 +15,9 @@ using mx::mxBoundingVolume;
 using Transformation = mx::mxGenericTransformation<float>;
 using Vec3 = Wm4::Vector3<float>;
 using Mat3 = Wm4::Matrix3<float>;
+using mx::test::Encloses;
+using mx::test::Rotation;
+using mx::test::VectorNear;
 
 namespace {
 
@@ -21,29 +26,7 @@ constexpr float csTolerance = 1e-5f;
 // Images of sphere surface points have coordinates of order 20: a few ulps of that.
 constexpr float csImageTolerance = 1e-4f;
 
-::testing::AssertionResult VectorNear(const Vec3& actual, const Vec3& expected, float tolerance) {
-    for (int i = 0; i < 3; ++i) {
-        if (!(std::fabs(actual[i] - expected[i]) <= tolerance)) {
-            return ::testing::AssertionFailure()
-                   << "component " << i << " is " << actual[i] << ", expected " << expected[i];
-        }
-    }
-    return ::testing::AssertionSuccess();
-}
-
 float Distance(const Vec3& a, const Vec3& b) { return (a - b).Length(); }
-
-// Whether sphere inner lies inside sphere outer, up to tolerance.
-::testing::AssertionResult Encloses(const mxBoundingVolume& outer, const mxBoundingVolume& inner,
-                                    float tolerance) {
-    const float reach = Distance(outer.getCenter(), inner.getCenter()) + inner.getRadius();
-    if (reach <= outer.getRadius() + tolerance) {
-        return ::testing::AssertionSuccess();
-    }
-    return ::testing::AssertionFailure() << "inner sphere reaches " << reach
-                                         << " from the outer centre, outer radius is "
-                                         << outer.getRadius();
-}
 
 // Points spread over the unit sphere: the axis points and a fixed pseudo-random set.
 std::vector<Vec3> UnitSpherePoints() {
@@ -59,14 +42,6 @@ std::vector<Vec3> UnitSpherePoints() {
         }
     }
     return points;
-}
-
-Mat3 Rotation(float x, float y, float z, float angle) {
-    Vec3 axis(x, y, z);
-    axis.Normalize();
-    Mat3 rotation;
-    rotation.MakeRotation(axis, angle);
-    return rotation;
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "scenegraph/mxCamera.h"
 #include "scenegraph/mxPointer.h"
 
+#include "support/mxTestGeometry.h"
+
 #include <Wm5Camera.h>
 #include <gtest/gtest.h>
 
@@ -10,17 +12,12 @@
 
 using mx::mxCamera;
 using Vector3f = Wm4::Vector3<float>;
+using mx::test::expectVectorNear;
 
 namespace {
 
 constexpr float cNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float cInfinity = std::numeric_limits<float>::infinity();
-
-void expectVectorNear(const Vector3f& expected, const Vector3f& actual, float tolerance) {
-    EXPECT_NEAR(expected.X(), actual.X(), tolerance);
-    EXPECT_NEAR(expected.Y(), actual.Y(), tolerance);
-    EXPECT_NEAR(expected.Z(), actual.Z(), tolerance);
-}
 
 void expectVectorEq(const Vector3f& expected, const Vector3f& actual) {
     EXPECT_EQ(expected.X(), actual.X());

@@ -3,6 +3,8 @@
 
 #include "scenegraph/mxGenericTransformation.h"
 
+#include "support/mxTestGeometry.h"
+
 #include <Wm5Transform.h>
 
 #include <gtest/gtest.h>
@@ -19,6 +21,9 @@ namespace {
 template <class Real> using Transformation = mx::mxGenericTransformation<Real>;
 template <class Real> using Mat3 = Wm4::Matrix3<Real>;
 template <class Real> using Vec3 = Wm4::Vector3<Real>;
+using mx::test::MatrixNear;
+using mx::test::Rotation;
+using mx::test::VectorNear;
 
 template <class Real> Mat3<Real> IdentityMatrix() {
     return Mat3<Real>(false);
@@ -28,14 +33,6 @@ template <class Real> Mat3<Real> ZeroMatrix() {
     return Mat3<Real>(true);
 }
 
-template <class Real> Mat3<Real> Rotation(Real x, Real y, Real z, Real angle) {
-    Vec3<Real> axis(x, y, z);
-    axis.Normalize();
-    Mat3<Real> rotation;
-    rotation.MakeRotation(axis, angle);
-    return rotation;
-}
-
 template <class Real> Mat3<Real> SomeRotation() {
     return Rotation<Real>((Real)1, (Real)2, (Real)3, (Real)0.7);
 }
@@ -43,36 +40,6 @@ template <class Real> Mat3<Real> SomeRotation() {
 template <class Real> Mat3<Real> SomeGeneralMatrix() {
     return Mat3<Real>((Real)2, (Real)1, (Real)0, (Real)-1, (Real)3, (Real)0.5, (Real)0.25, (Real)0,
                       (Real)1.5);
-}
-
-template <class Real>
-::testing::AssertionResult MatrixNear(const Mat3<Real>& actual, const Mat3<Real>& expected,
-                                      double tolerance) {
-    for (int r = 0; r < 3; ++r) {
-        for (int c = 0; c < 3; ++c) {
-            const double a = actual(r, c);
-            const double e = expected(r, c);
-            if (!(std::fabs(a - e) <= tolerance)) {
-                return ::testing::AssertionFailure()
-                       << "entry (" << r << ", " << c << ") is " << a << ", expected " << e;
-            }
-        }
-    }
-    return ::testing::AssertionSuccess();
-}
-
-template <class Real>
-::testing::AssertionResult VectorNear(const Vec3<Real>& actual, const Vec3<Real>& expected,
-                                      double tolerance) {
-    for (int i = 0; i < 3; ++i) {
-        const double a = actual[i];
-        const double e = expected[i];
-        if (!(std::fabs(a - e) <= tolerance)) {
-            return ::testing::AssertionFailure()
-                   << "component " << i << " is " << a << ", expected " << e;
-        }
-    }
-    return ::testing::AssertionSuccess();
 }
 
 template <class Real> bool IsZeroMatrix(const Mat3<Real>& m) {

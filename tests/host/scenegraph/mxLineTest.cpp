@@ -1,6 +1,7 @@
 #include "scenegraph/mxLine.h"
 
 #include "support/mxLogCapture.h"
+#include "support/mxTestGeometry.h"
 
 #include <gtest/gtest.h>
 
@@ -14,15 +15,13 @@ using mx::mxBuffer;
 using mx::mxGeometry;
 using mx::mxLine;
 using mx::mxPointer;
+using mx::test::expectVectorNear;
 using Vec3 = Wm4::Vector3<float>;
 
 namespace {
 
-void expectVector(const Vec3& expected, const Vec3& actual, float tolerance = 1e-5f) {
-    EXPECT_NEAR(expected.X(), actual.X(), tolerance);
-    EXPECT_NEAR(expected.Y(), actual.Y(), tolerance);
-    EXPECT_NEAR(expected.Z(), actual.Z(), tolerance);
-}
+// Vertex coordinates of order 10: a few ulps of that.
+constexpr float csTolerance = 1e-5f;
 
 void expectColor(const Wm4::ColorRGBA& expected, const Wm4::ColorRGBA& actual) {
     EXPECT_FLOAT_EQ(expected.R(), actual.R());
@@ -68,7 +67,7 @@ TEST(mxLineTest, VertexCountAloneMakesAPolylineThroughEveryVertexAtTheOrigin) {
     ASSERT_EQ(4u, line->getVertexCount());
     ASSERT_EQ(4u, line->getIndexCount());
     for (unsigned int i = 0; i < 4u; ++i) {
-        expectVector(Vec3(0.0f, 0.0f, 0.0f), line->getVertexPosition(i));
+        expectVectorNear(Vec3(0.0f, 0.0f, 0.0f), line->getVertexPosition(i), csTolerance);
         EXPECT_EQ(i, line->getIndex(i));
     }
     EXPECT_EQ(mxLine::DRAW_POLYLINE, line->getDrawMethod());
@@ -87,7 +86,7 @@ TEST(mxLineTest, StripTrueMakesAPolylineWithAllIndicesZero) {
     ASSERT_EQ(3u, line->getVertexCount());
     ASSERT_EQ(5u, line->getIndexCount());
     for (unsigned int i = 0; i < 3u; ++i) {
-        expectVector(Vec3(0.0f, 0.0f, 0.0f), line->getVertexPosition(i));
+        expectVectorNear(Vec3(0.0f, 0.0f, 0.0f), line->getVertexPosition(i), csTolerance);
     }
     for (unsigned int i = 0; i < 5u; ++i) {
         EXPECT_EQ(0u, line->getIndex(i));
@@ -121,17 +120,17 @@ TEST(mxLineTest, NegativeCountsCountAsZero) {
 
 TEST(mxLineTest, SetVertexPositionIsReadBack) {
     mxPointer<mxLine> line = makeBentLine();
-    expectVector(Vec3(1.0f, 2.0f, 3.0f), line->getVertexPosition(0));
-    expectVector(Vec3(4.0f, 5.0f, 6.0f), line->getVertexPosition(1));
-    expectVector(Vec3(-7.0f, 8.0f, -9.0f), line->getVertexPosition(2));
+    expectVectorNear(Vec3(1.0f, 2.0f, 3.0f), line->getVertexPosition(0), csTolerance);
+    expectVectorNear(Vec3(4.0f, 5.0f, 6.0f), line->getVertexPosition(1), csTolerance);
+    expectVectorNear(Vec3(-7.0f, 8.0f, -9.0f), line->getVertexPosition(2), csTolerance);
     ASSERT_EQ(3u, line->getVertices().size());
-    expectVector(Vec3(4.0f, 5.0f, 6.0f), line->getVertices()[1]);
+    expectVectorNear(Vec3(4.0f, 5.0f, 6.0f), line->getVertices()[1], csTolerance);
 }
 
 TEST(mxLineTest, VertexReadOutOfRangeGivesZero) {
     mxPointer<mxLine> line = makeBentLine();
-    expectVector(Vec3(0.0f, 0.0f, 0.0f), line->getVertexPosition(3));
-    expectVector(Vec3(0.0f, 0.0f, 0.0f), line->getVertexPosition(1000000));
+    expectVectorNear(Vec3(0.0f, 0.0f, 0.0f), line->getVertexPosition(3), csTolerance);
+    expectVectorNear(Vec3(0.0f, 0.0f, 0.0f), line->getVertexPosition(1000000), csTolerance);
 }
 
 TEST(mxLineTest, VertexWriteOutOfRangeIsIgnored) {
@@ -140,8 +139,8 @@ TEST(mxLineTest, VertexWriteOutOfRangeIsIgnored) {
     line->setVertexPosition(3, Vec3(9.0f, 9.0f, 9.0f));
     EXPECT_EQ(3u, line->getVertexCount());
     EXPECT_EQ(version, line->getModelVersion());
-    expectVector(Vec3(0.0f, 0.0f, 0.0f), line->getVertexPosition(3));
-    expectVector(Vec3(-7.0f, 8.0f, -9.0f), line->getVertexPosition(2));
+    expectVectorNear(Vec3(0.0f, 0.0f, 0.0f), line->getVertexPosition(3), csTolerance);
+    expectVectorNear(Vec3(-7.0f, 8.0f, -9.0f), line->getVertexPosition(2), csTolerance);
 }
 
 TEST(mxLineTest, SetIndexIsReadBack) {
@@ -242,7 +241,7 @@ TEST(mxLineTest, UpdateModelBoundEnclosesEveryVertex) {
         EXPECT_TRUE(bound.contains(vertex, 1e-4f));
     }
     // Centre of the vertices' box, radius to the farthest vertex.
-    expectVector(Vec3(-1.5f, 5.0f, -1.5f), bound.getCenter());
+    expectVectorNear(Vec3(-1.5f, 5.0f, -1.5f), bound.getCenter(), csTolerance);
     const Vec3 farthest = Vec3(-7.0f, 8.0f, -9.0f) - bound.getCenter();
     EXPECT_NEAR(std::sqrt(farthest.Dot(farthest)), bound.getRadius(), 1e-4f);
 }
@@ -255,7 +254,8 @@ TEST(mxLineTest, WorldBoundFollowsTheModelBoundAfterUpdateGS) {
     line->UpdateGS();
     const mxBoundingVolume& model = line->getModelBound();
     const mxBoundingVolume& world = line->getWorldBound();
-    expectVector(Vec3(10.0f, -20.0f, 5.0f) + model.getCenter() * 2.0f, world.getCenter());
+    expectVectorNear(Vec3(10.0f, -20.0f, 5.0f) + model.getCenter() * 2.0f, world.getCenter(),
+                     csTolerance);
     EXPECT_NEAR(2.0f * model.getRadius(), world.getRadius(), 1e-4f);
     for (const Vec3& vertex : line->getVertices()) {
         EXPECT_TRUE(world.contains(line->getWorldTransform().ApplyForward(vertex), 1e-3f));

@@ -1,6 +1,8 @@
 #include "scenegraph/mxMesh.h"
 #include "scenegraph/mxNode.h"
 
+#include "support/mxTestGeometry.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -12,15 +14,13 @@ using mx::mxGeometry;
 using mx::mxMesh;
 using mx::mxNode;
 using mx::mxPointer;
+using mx::test::expectVectorNear;
 using Vec3 = Wm4::Vector3<float>;
 
 namespace {
 
-void expectVector(const Vec3& expected, const Vec3& actual, float tolerance = 1e-5f) {
-    EXPECT_NEAR(expected.X(), actual.X(), tolerance);
-    EXPECT_NEAR(expected.Y(), actual.Y(), tolerance);
-    EXPECT_NEAR(expected.Z(), actual.Z(), tolerance);
-}
+// Vertex coordinates of order 10: a few ulps of that.
+constexpr float csTolerance = 1e-5f;
 
 // The unit square in the plane z = z0, two counter-clockwise triangles seen from +z.
 mxPointer<mxMesh> makeSquare(float z0 = 0.0f) {
@@ -55,7 +55,7 @@ TEST(mxMeshTest, NewMeshHasItsVerticesAtTheOriginAndZeroTriangles) {
     EXPECT_EQ(2u, mesh->getTriangleCount());
     EXPECT_EQ(6u, mesh->getIndexCount());
     for (unsigned int i = 0; i < 5u; ++i) {
-        expectVector(Vec3(0.0f, 0.0f, 0.0f), mesh->getVertexPosition(i));
+        expectVectorNear(Vec3(0.0f, 0.0f, 0.0f), mesh->getVertexPosition(i), csTolerance);
     }
     EXPECT_EQ((std::vector<unsigned int>(6u, 0u)), mesh->getIndices());
     EXPECT_EQ(5u, mesh->getNormals().size());
@@ -81,7 +81,7 @@ TEST(mxMeshTest, NormalsOfAFlatQuadAreItsPlaneNormal) {
     mesh->UpdateMS(false, true, -2);
     ASSERT_EQ(4u, mesh->getNormals().size());
     for (const Vec3& normal : mesh->getNormals()) {
-        expectVector(Vec3(0.0f, 0.0f, 1.0f), normal);
+        expectVectorNear(Vec3(0.0f, 0.0f, 1.0f), normal, csTolerance);
     }
 }
 
@@ -91,7 +91,7 @@ TEST(mxMeshTest, NormalsFollowTheWinding) {
     mesh->setTriangle(1, 0, 3, 2);
     mesh->UpdateModelNormals();
     for (const Vec3& normal : mesh->getNormals()) {
-        expectVector(Vec3(0.0f, 0.0f, -1.0f), normal);
+        expectVectorNear(Vec3(0.0f, 0.0f, -1.0f), normal, csTolerance);
     }
 }
 
@@ -107,7 +107,7 @@ TEST(mxMeshTest, NormalsOfATiltedQuadAreUnitLength) {
     mesh->UpdateModelNormals();
     const float half = std::sqrt(0.5f);
     for (const Vec3& normal : mesh->getNormals()) {
-        expectVector(Vec3(half, 0.0f, half), normal);
+        expectVectorNear(Vec3(half, 0.0f, half), normal, csTolerance);
     }
 }
 
@@ -118,8 +118,8 @@ TEST(mxMeshTest, VertexInNoTriangleHasAZeroNormal) {
     mesh->setVertexPosition(3, Vec3(5.0f, 5.0f, 5.0f));
     mesh->setTriangle(0, 0, 1, 2);
     mesh->UpdateModelNormals();
-    expectVector(Vec3(0.0f, 0.0f, 1.0f), mesh->getNormals()[0]);
-    expectVector(Vec3(0.0f, 0.0f, 0.0f), mesh->getNormals()[3]);
+    expectVectorNear(Vec3(0.0f, 0.0f, 1.0f), mesh->getNormals()[0], csTolerance);
+    expectVectorNear(Vec3(0.0f, 0.0f, 0.0f), mesh->getNormals()[3], csTolerance);
 }
 
 TEST(mxMeshTest, DegenerateTriangleGivesZeroNormals) {
@@ -129,7 +129,7 @@ TEST(mxMeshTest, DegenerateTriangleGivesZeroNormals) {
     mesh->setTriangle(0, 0, 1, 2);
     mesh->UpdateModelNormals();
     for (const Vec3& normal : mesh->getNormals()) {
-        expectVector(Vec3(0.0f, 0.0f, 0.0f), normal);
+        expectVectorNear(Vec3(0.0f, 0.0f, 0.0f), normal, csTolerance);
     }
 }
 
@@ -137,7 +137,7 @@ TEST(mxMeshTest, UpdateMSWithoutNormalsLeavesThemAlone) {
     mxPointer<mxMesh> mesh = makeSquare();
     mesh->UpdateMS(true, false, 0);
     for (const Vec3& normal : mesh->getNormals()) {
-        expectVector(Vec3(0.0f, 0.0f, 0.0f), normal);
+        expectVectorNear(Vec3(0.0f, 0.0f, 0.0f), normal, csTolerance);
     }
 }
 
@@ -145,8 +145,8 @@ TEST(mxMeshTest, TriangleNamingAMissingVertexIsSkippedForNormals) {
     mxPointer<mxMesh> mesh = makeSquare();
     mesh->setTriangle(1, 0, 2, 7);
     mesh->UpdateModelNormals();
-    expectVector(Vec3(0.0f, 0.0f, 1.0f), mesh->getNormals()[0]);
-    expectVector(Vec3(0.0f, 0.0f, 0.0f), mesh->getNormals()[3]);
+    expectVectorNear(Vec3(0.0f, 0.0f, 1.0f), mesh->getNormals()[0], csTolerance);
+    expectVectorNear(Vec3(0.0f, 0.0f, 0.0f), mesh->getNormals()[3], csTolerance);
 }
 
 TEST(mxMeshTest, RayHitsTheSquareAtTheRightDistance) {

@@ -5,6 +5,7 @@
 #include "scenegraph/mxNode.h"
 
 #include "support/mxLogCapture.h"
+#include "support/mxTestGeometry.h"
 
 #include <gtest/gtest.h>
 
@@ -20,6 +21,8 @@ using mx::mxPointer;
 using mx::mxSpatial;
 using Vec3 = Wm4::Vector3<float>;
 using Mat3 = Wm4::Matrix3<float>;
+using mx::test::Encloses;
+using mx::test::Rotation;
 
 namespace {
 
@@ -28,42 +31,10 @@ constexpr float csTolerance = 1e-4f;
 constexpr unsigned int csSubtreeChanged = mxSpatial::UPDATE_SUBTREE_CHANGED;
 
 // A spatial that reports its own deletion, to watch the node's references at work.
-class WatchedSpatial : public mxSpatial {
-public:
-    explicit WatchedSpatial(bool& deleted) : deleted(deleted) {}
-    ~WatchedSpatial() override { deleted = true; }
-
-private:
-    bool& deleted;
-};
+using WatchedSpatial = mx::test::DeletionFlagged<mxSpatial>;
 
 // A node that reports its own deletion.
-class WatchedNode : public mxNode {
-public:
-    explicit WatchedNode(bool& deleted) : deleted(deleted) {}
-    ~WatchedNode() override { deleted = true; }
-
-private:
-    bool& deleted;
-};
-
-Mat3 Rotation(float x, float y, float z, float angle) {
-    Vec3 axis(x, y, z);
-    axis.Normalize();
-    Mat3 rotation;
-    rotation.MakeRotation(axis, angle);
-    return rotation;
-}
-
-::testing::AssertionResult Encloses(const mxBoundingVolume& outer, const mxBoundingVolume& inner) {
-    const float reach = (outer.getCenter() - inner.getCenter()).Length() + inner.getRadius();
-    if (reach <= outer.getRadius() + csTolerance) {
-        return ::testing::AssertionSuccess();
-    }
-    return ::testing::AssertionFailure() << "inner sphere reaches " << reach
-                                         << " from the outer centre, outer radius is "
-                                         << outer.getRadius();
-}
+using WatchedNode = mx::test::DeletionFlagged<mxNode>;
 
 // A line segment from from to to in model space, placed by translation.
 mxLine* MakeSegment(const Vec3& from, const Vec3& to, const Vec3& translation) {
@@ -514,11 +485,11 @@ TEST(mxNodeTest, NodeBoundEnclosesTheBoundOfEveryChild) {
     inner->attachChild(empty);
     root->UpdateGS();
 
-    EXPECT_TRUE(Encloses(inner->getWorldBound(), third->getWorldBound()));
-    EXPECT_TRUE(Encloses(inner->getWorldBound(), empty->getWorldBound()));
+    EXPECT_TRUE(Encloses(inner->getWorldBound(), third->getWorldBound(), csTolerance));
+    EXPECT_TRUE(Encloses(inner->getWorldBound(), empty->getWorldBound(), csTolerance));
     for (mxSpatial* child : {first, second, static_cast<mxSpatial*>(inner), third,
                              static_cast<mxSpatial*>(empty)}) {
-        EXPECT_TRUE(Encloses(root->getWorldBound(), child->getWorldBound()));
+        EXPECT_TRUE(Encloses(root->getWorldBound(), child->getWorldBound(), csTolerance));
     }
     EXPECT_GT(root->getWorldBound().getRadius(), 0.0f);
 }
@@ -563,7 +534,7 @@ TEST(mxNodeTest, AttachedChildIsPlacedByTheNextFlaggedUpdateOfTheRoot) {
     EXPECT_NEAR(12.0f, translation.X(), csTolerance);
     EXPECT_NEAR(2.0f, translation.Y(), csTolerance);
     EXPECT_NEAR(2.0f, translation.Z(), csTolerance);
-    EXPECT_TRUE(Encloses(root->getWorldBound(), child->getWorldBound()));
+    EXPECT_TRUE(Encloses(root->getWorldBound(), child->getWorldBound(), csTolerance));
     EXPECT_TRUE(root->getWorldBound().contains(Vec3(12, 4, 2), csTolerance));
 }
 
@@ -581,7 +552,6 @@ TEST(mxNodeTest, DebugObjectListsTheSubtreeWithChildrenIndented) {
     const std::vector<std::string> lines = capture.lines();
     ASSERT_EQ(3u, lines.size());
     EXPECT_EQ(0u, lines[0].rfind("info: mxCore.mxNode 'top'", 0)) << lines[0];
-    EXPECT_NE(std::string::npos, lines[0].find("2 child slots")) << lines[0];
     EXPECT_EQ(0u, lines[1].rfind("info:   mxCore.mxNode 'inner'", 0)) << lines[1];
     EXPECT_EQ(0u, lines[2].rfind("info:     mxCore.mxNode", 0)) << lines[2];
 }

@@ -3,6 +3,8 @@
 #include "scenegraph/mxLine.h"
 #include "scenegraph/mxScene.h"
 
+#include "support/mxTestGeometry.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -20,14 +22,7 @@ namespace {
 constexpr float csTolerance = 1e-5f;
 
 // A spatial that reports its own deletion.
-class WatchedSpatial : public mxSpatial {
-public:
-    explicit WatchedSpatial(bool& deleted) : deleted(deleted) {}
-    ~WatchedSpatial() override { deleted = true; }
-
-private:
-    bool& deleted;
-};
+using WatchedSpatial = mx::test::DeletionFlagged<mxSpatial>;
 
 } // namespace
 

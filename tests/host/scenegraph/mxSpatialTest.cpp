@@ -6,6 +6,8 @@
 #include "scenegraph/mxNode.h"
 #include "scenegraph/mxSpatial.h"
 
+#include "support/mxTestGeometry.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -20,6 +22,9 @@ using mx::mxSpatial;
 using Transformation = mx::mxGenericTransformation<float>;
 using Vec3 = Wm4::Vector3<float>;
 using Mat3 = Wm4::Matrix3<float>;
+using mx::test::Encloses;
+using mx::test::Rotation;
+using mx::test::VectorNear;
 
 namespace {
 
@@ -57,37 +62,6 @@ public:
     }
     int boundUpdates = 0;
 };
-
-Mat3 Rotation(float x, float y, float z, float angle) {
-    Vec3 axis(x, y, z);
-    axis.Normalize();
-    Mat3 rotation;
-    rotation.MakeRotation(axis, angle);
-    return rotation;
-}
-
-::testing::AssertionResult VectorNear(const Vec3& actual, const Vec3& expected,
-                                      float tolerance = csTolerance) {
-    for (int i = 0; i < 3; ++i) {
-        if (!(std::fabs(actual[i] - expected[i]) <= tolerance)) {
-            return ::testing::AssertionFailure()
-                   << "(" << actual[0] << ", " << actual[1] << ", " << actual[2]
-                   << ") is not near (" << expected[0] << ", " << expected[1] << ", "
-                   << expected[2] << ")";
-        }
-    }
-    return ::testing::AssertionSuccess();
-}
-
-::testing::AssertionResult Encloses(const mxBoundingVolume& outer, const mxBoundingVolume& inner) {
-    const float reach = (outer.getCenter() - inner.getCenter()).Length() + inner.getRadius();
-    if (reach <= outer.getRadius() + csTolerance) {
-        return ::testing::AssertionSuccess();
-    }
-    return ::testing::AssertionFailure() << "inner sphere reaches " << reach
-                                         << " from the outer centre, outer radius is "
-                                         << outer.getRadius();
-}
 
 // Whether bound contains every vertex of line, carried to world space.
 ::testing::AssertionResult EnclosesVertices(const mxBoundingVolume& bound, const mxLine& line) {
@@ -212,10 +186,11 @@ TEST(mxSpatialTest, UpdateGSComposesParentWorldTimesLocalThroughSeveralLevels) {
     EXPECT_EQ(chain.root->getLocalTransform(), chain.root->getWorldTransform());
     for (const Vec3& point : csProbePoints) {
         EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               chain.leafToWorld(point)));
+                               chain.leafToWorld(point), csTolerance));
         EXPECT_TRUE(VectorNear(chain.mid->getWorldTransform().ApplyForward(point),
                                chain.root->getLocalTransform().ApplyForward(
-                                   chain.mid->getLocalTransform().ApplyForward(point))));
+                                   chain.mid->getLocalTransform().ApplyForward(point)),
+                               csTolerance));
     }
 }
 
@@ -227,7 +202,7 @@ TEST(mxSpatialTest, UpdateGSGivesAPlainSpatialAPointBoundAtItsWorldTranslation) 
     spatial->editLocalTransform(false).SetTranslate(Vec3(1, 2, 3));
     parent->attachChild(spatial);
     parent->UpdateGS();
-    EXPECT_TRUE(VectorNear(spatial->getWorldBound().getCenter(), Vec3(12, 4, 6)));
+    EXPECT_TRUE(VectorNear(spatial->getWorldBound().getCenter(), Vec3(12, 4, 6), csTolerance));
     EXPECT_EQ(0.0f, spatial->getWorldBound().getRadius());
 }
 
@@ -248,9 +223,9 @@ TEST(mxSpatialTest, UpdateGSOnADeepChildLeavesTheRootBoundUpToDate) {
     chain.leaf->editLocalTransform(false).SetTranslate(Vec3(40, -30, 20));
     chain.leaf->UpdateGS();
     ASSERT_NE(before, chain.root->getWorldBound());
-    EXPECT_TRUE(Encloses(chain.root->getWorldBound(), chain.leaf->getWorldBound()));
+    EXPECT_TRUE(Encloses(chain.root->getWorldBound(), chain.leaf->getWorldBound(), csTolerance));
     EXPECT_TRUE(EnclosesVertices(chain.root->getWorldBound(), *chain.leaf));
-    EXPECT_TRUE(Encloses(chain.mid->getWorldBound(), chain.leaf->getWorldBound()));
+    EXPECT_TRUE(Encloses(chain.mid->getWorldBound(), chain.leaf->getWorldBound(), csTolerance));
 }
 
 TEST(mxSpatialTest, UpdateGSFlagsOnADeepChildLeavesTheRootBoundUpToDate) {
@@ -260,10 +235,10 @@ TEST(mxSpatialTest, UpdateGSFlagsOnADeepChildLeavesTheRootBoundUpToDate) {
     chain.leaf->UpdateGS_Flags();
     for (const Vec3& point : csProbePoints) {
         EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               chain.leafToWorld(point)));
+                               chain.leafToWorld(point), csTolerance));
     }
     EXPECT_TRUE(EnclosesVertices(chain.root->getWorldBound(), *chain.leaf));
-    EXPECT_TRUE(Encloses(chain.root->getWorldBound(), chain.mid->getWorldBound()));
+    EXPECT_TRUE(Encloses(chain.root->getWorldBound(), chain.mid->getWorldBound(), csTolerance));
 }
 
 TEST(mxSpatialTest, RootBoundFollowsADeepChildWhileAnIntermediateNodeIsStillMarked) {
@@ -274,8 +249,8 @@ TEST(mxSpatialTest, RootBoundFollowsADeepChildWhileAnIntermediateNodeIsStillMark
     chain.mid->setDirtyDown(true);
     chain.leaf->editLocalTransform(true).SetTranslate(Vec3(40, -30, 20));
     chain.leaf->UpdateGS_Flags();
-    EXPECT_TRUE(Encloses(chain.mid->getWorldBound(), chain.leaf->getWorldBound()));
-    EXPECT_TRUE(Encloses(chain.root->getWorldBound(), chain.mid->getWorldBound()));
+    EXPECT_TRUE(Encloses(chain.mid->getWorldBound(), chain.leaf->getWorldBound(), csTolerance));
+    EXPECT_TRUE(Encloses(chain.root->getWorldBound(), chain.mid->getWorldBound(), csTolerance));
     EXPECT_TRUE(EnclosesVertices(chain.root->getWorldBound(), *chain.leaf));
 }
 
@@ -339,7 +314,7 @@ TEST(mxSpatialTest, UpdateGSFlagsPicksUpALocalEditMarkedByEditLocalTransform) {
     chain.leaf->UpdateGS_Flags();
     for (const Vec3& point : csProbePoints) {
         EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               chain.leafToWorld(point)));
+                               chain.leafToWorld(point), csTolerance));
     }
     EXPECT_TRUE(EnclosesVertices(chain.leaf->getWorldBound(), *chain.leaf));
 }
@@ -351,7 +326,7 @@ TEST(mxSpatialTest, UpdateGSFlagsOnAMovedParentCarriesItsChildren) {
     chain.mid->UpdateGS_Flags();
     for (const Vec3& point : csProbePoints) {
         EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               chain.leafToWorld(point)));
+                               chain.leafToWorld(point), csTolerance));
     }
     EXPECT_TRUE(EnclosesVertices(chain.leaf->getWorldBound(), *chain.leaf));
     EXPECT_TRUE(EnclosesVertices(chain.root->getWorldBound(), *chain.leaf));
@@ -364,7 +339,7 @@ TEST(mxSpatialTest, FlaggedUpdateFromTheRootCarriesTheChildrenOfAMovedNode) {
     chain.root->UpdateGS_Flags();
     for (const Vec3& point : csProbePoints) {
         EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               chain.leafToWorld(point)));
+                               chain.leafToWorld(point), csTolerance));
     }
     EXPECT_TRUE(EnclosesVertices(chain.root->getWorldBound(), *chain.leaf));
 }
@@ -377,7 +352,7 @@ TEST(mxSpatialTest, FlaggedUpdateOfTheRootReachesAllMarkedObjectsAndClearsTheirF
     chain.root->UpdateGS_Flags();
     for (const Vec3& point : csProbePoints) {
         EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               chain.leafToWorld(point)));
+                               chain.leafToWorld(point), csTolerance));
     }
     for (mxSpatial* spatial : {static_cast<mxSpatial*>(chain.root.get()),
                                static_cast<mxSpatial*>(chain.mid.get()),
@@ -456,7 +431,7 @@ TEST(mxSpatialTest, SetDirtyWithMarkAncestorsLetsAFlaggedUpdateOfTheRootReachIt)
     chain.root->UpdateGS_Flags();
     for (const Vec3& point : csProbePoints) {
         EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               chain.leafToWorld(point)));
+                               chain.leafToWorld(point), csTolerance));
     }
     EXPECT_TRUE(EnclosesVertices(chain.root->getWorldBound(), *chain.leaf));
 }
@@ -472,7 +447,7 @@ TEST(mxSpatialTest, SetDirtyWithoutMarkAncestorsIsNotReachedByAFlaggedUpdateOfTh
     // The mark is still there for an update of the leaf itself.
     chain.leaf->UpdateGS_Flags();
     EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().GetTranslate(),
-                           chain.leafToWorld(Vec3(0, 0, 0))));
+                           chain.leafToWorld(Vec3(0, 0, 0)), csTolerance));
 }
 
 TEST(mxSpatialTest, SetDirtyDownReturnsTheFlagsItSetAndSetsThemInBothWords) {
@@ -493,7 +468,7 @@ TEST(mxSpatialTest, SetDirtyDownMarksTheWholeSubtreeForTheNextFlaggedUpdate) {
     chain.mid->UpdateGS_Flags();
     for (const Vec3& point : csProbePoints) {
         EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               chain.leafToWorld(point)));
+                               chain.leafToWorld(point), csTolerance));
     }
     EXPECT_TRUE(EnclosesVertices(chain.root->getWorldBound(), *chain.leaf));
     EXPECT_EQ(0u, chain.leaf->getDirtyFlags());
@@ -517,7 +492,7 @@ TEST(mxSpatialTest, SetDirtyDownReachesEveryLevelBelow) {
     root->UpdateGS_Flags();
     for (std::size_t i = 0; i < levels.size(); ++i) {
         EXPECT_TRUE(VectorNear(levels[i]->getWorldTransform().GetTranslate(),
-                               Vec3(static_cast<float>(i + 1), 0, 0)))
+                               Vec3(static_cast<float>(i + 1), 0, 0), csTolerance))
             << "level " << i;
     }
 }
@@ -535,16 +510,18 @@ TEST(mxSpatialTest, ForceIgnoreWorldKeepsAWrittenWorldThroughFlaggedUpdates) {
     EXPECT_EQ(written, chain.mid->getWorldTransform());
     // The children follow the written world, not the local chain.
     for (const Vec3& point : csProbePoints) {
-        EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               written.ApplyForward(
-                                   chain.leaf->getLocalTransform().ApplyForward(point))));
+        EXPECT_TRUE(
+            VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
+                       written.ApplyForward(chain.leaf->getLocalTransform().ApplyForward(point)),
+                       csTolerance));
     }
     // A flagged update from the root that reaches mid keeps the written world too.
     chain.root->editLocalTransform(true).SetTranslate(Vec3(0, 50, 0));
     chain.root->UpdateGS_Flags();
     EXPECT_EQ(written, chain.mid->getWorldTransform());
     EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().GetTranslate(),
-                           written.ApplyForward(chain.leaf->getLocalTransform().GetTranslate())));
+                           written.ApplyForward(chain.leaf->getLocalTransform().GetTranslate()),
+                           csTolerance));
     EXPECT_TRUE(EnclosesVertices(chain.root->getWorldBound(), *chain.leaf));
 }
 
@@ -558,9 +535,10 @@ TEST(mxSpatialTest, ForceIgnoreWorldKeepsAWrittenWorldThroughFullUpdates) {
     chain.root->UpdateGS();
     EXPECT_EQ(written, chain.mid->getWorldTransform());
     for (const Vec3& point : csProbePoints) {
-        EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               written.ApplyForward(
-                                   chain.leaf->getLocalTransform().ApplyForward(point))));
+        EXPECT_TRUE(
+            VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
+                       written.ApplyForward(chain.leaf->getLocalTransform().ApplyForward(point)),
+                       csTolerance));
     }
     EXPECT_TRUE(EnclosesVertices(chain.root->getWorldBound(), *chain.leaf));
 }
@@ -579,7 +557,7 @@ TEST(mxSpatialTest, ForceIgnoreFalseRestoresTheWorldComputedFromTheLocal) {
     chain.root->UpdateGS();
     for (const Vec3& point : csProbePoints) {
         EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               chain.leafToWorld(point)));
+                               chain.leafToWorld(point), csTolerance));
     }
 }
 
@@ -593,7 +571,7 @@ TEST(mxSpatialTest, ForceIgnoreBoundKeepsTheWorldBound) {
     EXPECT_EQ(kept, chain.leaf->getWorldBound());
     // The world transformation itself still moved.
     EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().GetTranslate(),
-                           chain.leafToWorld(Vec3(0, 0, 0))));
+                           chain.leafToWorld(Vec3(0, 0, 0)), csTolerance));
 }
 
 TEST(mxSpatialTest, ForceIgnoreChildrenLeavesTheSubtreeAlone) {
@@ -606,7 +584,8 @@ TEST(mxSpatialTest, ForceIgnoreChildrenLeavesTheSubtreeAlone) {
     EXPECT_EQ(leafWorld, chain.leaf->getWorldTransform());
     // mid itself moved.
     EXPECT_TRUE(VectorNear(chain.mid->getWorldTransform().GetTranslate(),
-                           chain.root->getLocalTransform().ApplyForward(Vec3(0, 0, 30))));
+                           chain.root->getLocalTransform().ApplyForward(Vec3(0, 0, 30)),
+                           csTolerance));
 }
 
 TEST(mxSpatialTest, FlaggedUpdatesReachTheSubtreeAgainOnceChildrenAreNoLongerIgnored) {
@@ -627,7 +606,7 @@ TEST(mxSpatialTest, FlaggedUpdatesReachTheSubtreeAgainOnceChildrenAreNoLongerIgn
     // inner's local transformation is the identity, so the chain's mapping still holds.
     for (const Vec3& point : csProbePoints) {
         EXPECT_TRUE(VectorNear(chain.leaf->getWorldTransform().ApplyForward(point),
-                               chain.leafToWorld(point)));
+                               chain.leafToWorld(point), csTolerance));
     }
     EXPECT_TRUE(EnclosesVertices(chain.root->getWorldBound(), *chain.leaf));
 }
@@ -713,7 +692,7 @@ TEST(mxSpatialTest, FlaggedUpdatesOfEverySiblingRecomputeTheParentBoundOnceWhenR
     }
     // Reading again, also through the root, recomputes nothing more.
     parent->getWorldBound();
-    EXPECT_TRUE(Encloses(root->getWorldBound(), bound));
+    EXPECT_TRUE(Encloses(root->getWorldBound(), bound, csTolerance));
     EXPECT_EQ(1, parent->boundUpdates);
 }
 

@@ -2,6 +2,8 @@
 #include "wm4/Wm4Math.h"
 #include "wm4/Wm4Vector3.h"
 
+#include "support/mxTestGeometry.h"
+
 #include <gtest/gtest.h>
 
 #include <type_traits>
@@ -11,20 +13,8 @@ namespace {
 using Matrix3f = Wm4::Matrix3<float>;
 using Matrix3d = Wm4::Matrix3<double>;
 using Vector3f = Wm4::Vector3<float>;
-
-void expectVectorNear(const Vector3f& expected, const Vector3f& actual, float tolerance) {
-    EXPECT_NEAR(expected.X(), actual.X(), tolerance);
-    EXPECT_NEAR(expected.Y(), actual.Y(), tolerance);
-    EXPECT_NEAR(expected.Z(), actual.Z(), tolerance);
-}
-
-void expectMatrixNear(const Matrix3f& expected, const Matrix3f& actual, float tolerance) {
-    for (int r = 0; r < 3; ++r) {
-        for (int c = 0; c < 3; ++c) {
-            EXPECT_NEAR(expected[r][c], actual[r][c], tolerance) << "row " << r << " col " << c;
-        }
-    }
-}
+using mx::test::expectVectorNear;
+using mx::test::MatrixNear;
 
 // The rows 1 2 3 / 4 5 6 / 7 8 10 (invertible, determinant -3).
 const Matrix3f cSample(1.0f, 2.0f, 3.0f, 4.0f, 5.0f, 6.0f, 7.0f, 8.0f, 10.0f);
@@ -119,8 +109,8 @@ TEST(Wm4Matrix3Test, TransposeDeterminantAndInverseAreConsistent) {
     EXPECT_EQ(transposed[0][1], 4.0f);
     EXPECT_EQ(transposed[1][0], 2.0f);
     EXPECT_NEAR(cSample.Determinant(), -3.0f, 1e-5f);
-    expectMatrixNear(Matrix3f::IDENTITY, cSample * cSample.Inverse(), 1e-5f);
-    expectMatrixNear(Matrix3f::IDENTITY, cSample.Inverse() * cSample, 1e-5f);
+    EXPECT_TRUE(MatrixNear(cSample * cSample.Inverse(), Matrix3f::IDENTITY, 1e-5f));
+    EXPECT_TRUE(MatrixNear(cSample.Inverse() * cSample, Matrix3f::IDENTITY, 1e-5f));
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "wm4/Wm4Plane3.h"
 #include "wm4/Wm4Vector3.h"
 
+#include "support/mxTestGeometry.h"
+
 #include <gtest/gtest.h>
 
 #include <type_traits>
@@ -9,12 +11,7 @@ namespace {
 
 using Plane3f = Wm4::Plane3<float>;
 using Vector3f = Wm4::Vector3<float>;
-
-void expectVectorNear(const Vector3f& expected, const Vector3f& actual, float tolerance) {
-    EXPECT_NEAR(expected.X(), actual.X(), tolerance);
-    EXPECT_NEAR(expected.Y(), actual.Y(), tolerance);
-    EXPECT_NEAR(expected.Z(), actual.Z(), tolerance);
-}
+using mx::test::expectVectorNear;
 
 TEST(Wm4Plane3Test, IsWildMagicsPlane3) {
     EXPECT_TRUE((std::is_same<Plane3f, Wm5::Plane3<float>>::value));
