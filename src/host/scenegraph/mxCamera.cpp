@@ -1,5 +1,7 @@
 #include "mxCamera.h"
 
+#include "wm4/Wm4Math.h"
+
 #include <cmath>
 #include <limits>
 
@@ -10,14 +12,10 @@ namespace {
 // The camera's arithmetic runs in double and rounds once at the end: the matrix and the pick
 // rays are then the correctly rounded images of the same frustum, which keeps a picked point
 // and its projection in agreement to well below a pixel even for far-off eyes.
-struct Vec {
-    double x, y, z;
-};
-
-constexpr double cPi = 3.14159265358979323846;
+using Vec = Wm4::Vector3<double>;
 
 Vec toVec(const Wm4::Vector3<float>& v) {
-    return {v.X(), v.Y(), v.Z()};
+    return Vec(v.X(), v.Y(), v.Z());
 }
 
 // Converting a double beyond the float range is undefined; such values become infinities,
@@ -34,26 +32,13 @@ float toFloat(double value) {
 }
 
 Wm4::Vector3<float> toFloat(const Vec& v) {
-    return Wm4::Vector3<float>(toFloat(v.x), toFloat(v.y), toFloat(v.z));
+    return Wm4::Vector3<float>(toFloat(v.X()), toFloat(v.Y()), toFloat(v.Z()));
 }
 
-Vec operator-(const Vec& a, const Vec& b) {
-    return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-Vec operator+(const Vec& a, const Vec& b) {
-    return {a.x + b.x, a.y + b.y, a.z + b.z};
-}
-Vec operator*(double s, const Vec& v) {
-    return {s * v.x, s * v.y, s * v.z};
-}
-double dot(const Vec& a, const Vec& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-Vec cross(const Vec& a, const Vec& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
+// std::sqrt rather than Wild Magic's Length, whose square root asserts on NaN in builds
+// without NDEBUG; a degenerate frame must not stop the program.
 double length(const Vec& v) {
-    return std::sqrt(dot(v, v));
+    return std::sqrt(v.Dot(v));
 }
 
 bool isFinite(const Wm4::Vector3<float>& v) {
@@ -121,22 +106,22 @@ bool mxCamera::lookAt(const Wm4::Vector3<float>& eye, const Wm4::Vector3<float>&
     if (!isUsableLength(distance)) {
         return false;
     }
-    const Vec d = (1.0 / distance) * toTarget;
+    const Vec d = toTarget / distance;
 
     const Vec upVec = toVec(up);
     const double upLength = length(upVec);
     if (!isUsableLength(upLength)) {
         return false;
     }
-    const Vec side = cross(d, upVec);
+    const Vec side = d.Cross(upVec);
     const double sideLength = length(side);
     // |D x up| = |up| sin(angle): comparing against |up| makes the test independent of the
     // length the caller gave up.
     if (!(sideLength > 1e-6 * upLength)) {
         return false;
     }
-    const Vec r = (1.0 / sideLength) * side;
-    const Vec u = cross(r, d);
+    const Vec r = side / sideLength;
+    const Vec u = r.Cross(d);
 
     location = eye;
     dVector = toFloat(d);
@@ -177,7 +162,7 @@ bool mxCamera::setFrustum(float upFovDegrees, float aspect, float newDMin, float
         !std::isfinite(aspect)) {
         return false;
     }
-    const double halfAngle = 0.5 * static_cast<double>(upFovDegrees) * (cPi / 180.0);
+    const double halfAngle = 0.5 * static_cast<double>(upFovDegrees) * (Wm4::Math<double>::WM4_PI / 180.0);
     const double top = static_cast<double>(newDMin) * std::tan(halfAngle);
     const double right = static_cast<double>(aspect) * top;
     // The general overload checks the near/far planes and any overflow of the extents.
@@ -200,13 +185,13 @@ bool mxCamera::getPickRay(float x, float y, Wm4::Vector3<float>& origin,
     const double u = uMin + static_cast<double>(y) * (static_cast<double>(uMax) - uMin);
     const Vec e = toVec(location);
     const Vec d = toVec(dVector);
-    const Vec offset = r * toVec(rVector) + u * toVec(uVector);
+    const Vec offset = toVec(rVector) * r + toVec(uVector) * u;
 
     Vec rayOrigin;
     Vec rayDirection;
     if (perspective) {
         rayOrigin = e;
-        rayDirection = static_cast<double>(dMin) * d + offset;
+        rayDirection = d * static_cast<double>(dMin) + offset;
     } else {
         rayOrigin = e + offset;
         rayDirection = d;
@@ -216,7 +201,7 @@ bool mxCamera::getPickRay(float x, float y, Wm4::Vector3<float>& origin,
         return false;
     }
     const Wm4::Vector3<float> newOrigin = toFloat(rayOrigin);
-    const Wm4::Vector3<float> newDirection = toFloat((1.0 / directionLength) * rayDirection);
+    const Wm4::Vector3<float> newDirection = toFloat(rayDirection / directionLength);
     if (!isFinite(newOrigin) || !isFinite(newDirection)) {
         return false;
     }
@@ -231,10 +216,10 @@ void mxCamera::updateViewProjection() {
     const Vec axes[3] = {toVec(rVector), toVec(uVector), toVec(dVector)};
     double view[4][4] = {};
     for (int row = 0; row < 3; ++row) {
-        view[row][0] = axes[row].x;
-        view[row][1] = axes[row].y;
-        view[row][2] = axes[row].z;
-        view[row][3] = -dot(axes[row], e);
+        view[row][0] = axes[row].X();
+        view[row][1] = axes[row].Y();
+        view[row][2] = axes[row].Z();
+        view[row][3] = -axes[row].Dot(e);
     }
     view[3][3] = 1.0;
 

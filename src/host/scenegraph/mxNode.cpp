@@ -1,6 +1,5 @@
 #include "mxNode.h"
 
-
 namespace mx {
 
 const mxRtti mxNode::TYPE("mxCore.mxNode", &mxSpatial::TYPE);

@@ -2,7 +2,6 @@
 
 #include "mxNode.h"
 
-
 namespace mx {
 
 namespace {
