@@ -38,6 +38,9 @@ void mxLine::setDrawMethod(DrawMethod method) {
 
 void mxLine::updateObjectDescription() {
     std::ostringstream text;
+    // A stream swallows a failed allocation (it only sets badbit); let it out, so that a line
+    // that cannot be made fully is not made at all.
+    text.exceptions(std::ios_base::badbit);
     text << "line: " << getVertexCount() << " vertices, " << getIndexCount() << " indices, "
          << (drawMethod == DRAW_POLYLINE ? "polyline" : "segments") << ", width " << lineWidth;
     objectDescription = text.str();

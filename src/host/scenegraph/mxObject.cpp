@@ -55,6 +55,8 @@ void mxObject::debugObject(int indent) const {
 
 std::string mxObject::describe() const {
     std::ostringstream text;
+    // A failed allocation comes out rather than leaving the description cut short.
+    text.exceptions(std::ios_base::badbit);
     text << GetType().getName() << " '" << name << "' #" << id << " refs " << references;
     return text.str();
 }
