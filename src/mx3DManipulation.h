@@ -40,3 +40,7 @@
 #include "frame/mx3DManipulationVersion.h"
 
 #include "node/mxGizmoNode.h"
+#include "node/mxGizmoNodeBase.h"
+#include "node/mxGizmoNodeRotate.h"
+#include "node/mxGizmoNodeScale.h"
+#include "node/mxGizmoNodeTranslate.h"

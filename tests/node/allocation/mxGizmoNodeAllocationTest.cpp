@@ -1,0 +1,239 @@
+// A gizmo node whose construction runs out of memory part way must let std::bad_alloc out and
+// leave nothing allocated behind.
+//
+// This program stands alone because it replaces the global operator new and operator delete
+// of the whole process with counting versions (malloc and free underneath) that can be armed
+// to fail the Nth allocation from now. Linked into the ordinary test program, the replacement
+// would count and disturb every other test.
+#include "node/mxGizmoNode.h"
+
+#include "scenegraph/mxLine.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+// Blocks handed out by the operators below and not yet given back.
+std::atomic<long> gLiveAllocations{0};
+// 0: disarmed. Otherwise the allocation that brings the countdown to 0 fails.
+std::atomic<long> gFailCountdown{0};
+// Whether the armed failure has happened.
+std::atomic<bool> gFailureFired{false};
+
+// Whether the next allocation is the one to fail; counts it down when armed.
+bool shouldFail() {
+    if (gFailCountdown.load() <= 0) {
+        return false;
+    }
+    if (--gFailCountdown == 0) {
+        gFailureFired = true;
+        return true;
+    }
+    return false;
+}
+
+void* countedAllocate(std::size_t size) {
+    if (shouldFail()) {
+        return nullptr;
+    }
+    void* block = std::malloc(size == 0 ? 1 : size);
+    if (block) {
+        ++gLiveAllocations;
+    }
+    return block;
+}
+
+void countedRelease(void* block) {
+    if (block) {
+        --gLiveAllocations;
+        std::free(block);
+    }
+}
+
+void* allocateOrThrow(std::size_t size) {
+    if (void* block = countedAllocate(size)) {
+        return block;
+    }
+    throw std::bad_alloc();
+}
+
+// Fails the count-th allocation from now (1: the very next one).
+void armFailureAt(long count) {
+    gFailureFired = false;
+    gFailCountdown = count;
+}
+
+// Stops failing; returns whether the armed failure happened.
+bool disarm() {
+    gFailCountdown = 0;
+    return gFailureFired.load();
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    return allocateOrThrow(size);
+}
+void* operator new[](std::size_t size) {
+    return allocateOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return countedAllocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return countedAllocate(size);
+}
+void operator delete(void* block) noexcept {
+    countedRelease(block);
+}
+void operator delete[](void* block) noexcept {
+    countedRelease(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    countedRelease(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+    countedRelease(block);
+}
+void operator delete(void* block, const std::nothrow_t&) noexcept {
+    countedRelease(block);
+}
+void operator delete[](void* block, const std::nothrow_t&) noexcept {
+    countedRelease(block);
+}
+
+namespace {
+
+// Builds and releases one node, so that anything the first construction sets up once for the
+// whole process (logging, locale, ...) is in place before the counting starts.
+void warmUp() {
+    mx::mxPointer<mx::mxGizmoNode> node = new mx::mxGizmoNode;
+}
+
+// What became of one construction with the n-th allocation failing. Everything is measured
+// before any assertion runs: a failed assertion allocates, and would spoil the count.
+struct Attempt {
+    bool fired = false;  // the n-th allocation happened, and failed
+    bool threw = false;  // std::bad_alloc came out of the new expression
+    int childCount = -1; // of the node, when one was returned
+    long liveAfter = 0;  // live blocks once the node, if any, was released
+};
+
+Attempt attemptConstruction(long n) {
+    Attempt attempt;
+    mx::mxGizmoNode* raw = nullptr;
+    armFailureAt(n);
+    try {
+        raw = new mx::mxGizmoNode;
+    } catch (const std::bad_alloc&) {
+        attempt.threw = true;
+    }
+    attempt.fired = disarm();
+    if (raw) {
+        mx::mxPointer<mx::mxGizmoNode> node = raw;
+        attempt.childCount = node->getChildCount();
+    }
+    attempt.liveAfter = gLiveAllocations.load();
+    return attempt;
+}
+
+// Far more allocations than a node needs: reaching it means construction never got through.
+constexpr long csLimit = 100000;
+
+TEST(mxGizmoNodeAllocationTest, ReplacementCountsAndFailsOnDemand) {
+    const long before = gLiveAllocations.load();
+    int* value = new int(7);
+    const long during = gLiveAllocations.load();
+    delete value;
+    const long after = gLiveAllocations.load();
+    EXPECT_EQ(before + 1, during);
+    EXPECT_EQ(before, after);
+
+    bool threw = false;
+    int* first = nullptr;
+    int* second = nullptr;
+    armFailureAt(2);
+    try {
+        first = new int(1);
+        second = new int(2);
+    } catch (const std::bad_alloc&) {
+        threw = true;
+    }
+    const bool fired = disarm();
+    delete first;
+    const long afterFailure = gLiveAllocations.load();
+    EXPECT_TRUE(fired);
+    EXPECT_TRUE(threw);
+    EXPECT_NE(nullptr, first);
+    EXPECT_EQ(nullptr, second);
+    EXPECT_EQ(before, afterFailure);
+}
+
+TEST(mxGizmoNodeAllocationTest, SuccessfulConstructionReleasedGivesEveryAllocationBack) {
+    warmUp();
+    const long baseline = gLiveAllocations.load();
+    mx::mxPointer<mx::mxGizmoNode> node = new mx::mxGizmoNode;
+    const long during = gLiveAllocations.load();
+    const int childCount = node->getChildCount();
+    node.reset();
+    const long after = gLiveAllocations.load();
+    // The node, its sub-gizmos and 19 lines with their data at least.
+    EXPECT_GT(during, baseline + 19);
+    EXPECT_EQ(19, childCount);
+    EXPECT_EQ(baseline, after);
+}
+
+TEST(mxGizmoNodeAllocationTest, ConstructionFailingAtAnyAllocationLeavesNothingBehind) {
+    warmUp();
+    const long baseline = gLiveAllocations.load();
+    long failures = 0;
+    bool built = false;
+    for (long n = 1; n <= csLimit && !built; ++n) {
+        const Attempt attempt = attemptConstruction(n);
+        ASSERT_EQ(baseline, attempt.liveAfter)
+            << "failing allocation " << n << " left " << attempt.liveAfter - baseline << " blocks";
+        if (attempt.fired) {
+            ++failures;
+            // A node that comes back in spite of the failure is at least whole.
+            if (!attempt.threw) {
+                EXPECT_EQ(19, attempt.childCount) << "at n = " << n;
+            }
+        } else {
+            ASSERT_FALSE(attempt.threw) << "threw without a failed allocation at n = " << n;
+            EXPECT_EQ(19, attempt.childCount);
+            built = true;
+        }
+    }
+    RecordProperty("failingAllocations", static_cast<int>(failures));
+    EXPECT_TRUE(built);
+    // The node itself, the sub-gizmos, and 19 lines with their vertex and index lists at the
+    // very least.
+    EXPECT_GT(failures, 19);
+}
+
+TEST(mxGizmoNodeAllocationTest, ConstructionFailingAtAnyAllocationLetsBadAllocOut) {
+    warmUp();
+    long failures = 0;
+    bool built = false;
+    for (long n = 1; n <= csLimit && !built; ++n) {
+        const Attempt attempt = attemptConstruction(n);
+        if (attempt.fired) {
+            ++failures;
+            EXPECT_TRUE(attempt.threw)
+                << "allocation " << n << " failed but the constructor returned a node";
+            EXPECT_EQ(-1, attempt.childCount) << "at n = " << n;
+        } else {
+            EXPECT_FALSE(attempt.threw) << "at n = " << n;
+            built = true;
+        }
+    }
+    EXPECT_TRUE(built);
+    EXPECT_GT(failures, 19);
+}
+
+} // namespace
