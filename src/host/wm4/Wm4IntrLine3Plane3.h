@@ -3,6 +3,10 @@
 //
 // Like Wm5::IntrLine3Plane3 it keeps references to the line and the plane it is given: both
 // must outlive the query, so never pass temporaries.
+//
+// Wild Magic 5 leaves its line parameter unset when Find() finds nothing (a line parallel to
+// the plane and off it) and before the first Find(); GetLineT() is 0 then, so callers that
+// read it without looking at Find()'s answer get a defined value.
 #pragma once
 
 #include "Wm4Line3.h"
@@ -23,8 +27,18 @@ public:
     IntrLine3Plane3(const Line3<Real>&& line, const Plane3<Real>& plane) = delete;
     IntrLine3Plane3(const Line3<Real>& line, const Plane3<Real>&& plane) = delete;
 
-    // The line parameter of the intersection point found by Find(): Origin + t * Direction.
-    Real GetLineT() const { return this->GetLineParameter(); }
+    bool Find() override {
+        const bool found = Wm5::IntrLine3Plane3<Real>::Find();
+        lineT = found ? this->GetLineParameter() : Real(0);
+        return found;
+    }
+
+    // The line parameter of the intersection point found by the last Find(): the point is
+    // Origin + t * Direction. 0 when that Find() found nothing, or before any Find().
+    Real GetLineT() const { return lineT; }
+
+private:
+    Real lineT = Real(0);
 };
 
 } // namespace Wm4

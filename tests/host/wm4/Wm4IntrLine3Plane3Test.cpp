@@ -16,8 +16,8 @@ using Intersector3f = Wm5::Intersector<float, Vector3f>;
 
 TEST(Wm4IntrLine3Plane3Test, IsAWildMagicIntersectionQuery) {
     EXPECT_TRUE((std::is_base_of<Wm5::IntrLine3Plane3<float>, IntrLine3Plane3f>::value));
-    EXPECT_TRUE((std::is_base_of<Wm5::IntrLine3Plane3<double>,
-                                 Wm4::IntrLine3Plane3<double>>::value));
+    EXPECT_TRUE(
+        (std::is_base_of<Wm5::IntrLine3Plane3<double>, Wm4::IntrLine3Plane3<double>>::value));
 }
 
 TEST(Wm4IntrLine3Plane3Test, FindOnACrossingLineGivesTheLineTOfTheHit) {
@@ -61,6 +61,25 @@ TEST(Wm4IntrLine3Plane3Test, FindOnALineParallelToThePlaneAndOffItReturnsFalse) 
     IntrLine3Plane3f query(line, plane);
     EXPECT_FALSE(query.Find());
     EXPECT_EQ(query.GetIntersectionType(), Intersector3f::IT_EMPTY);
+}
+
+TEST(Wm4IntrLine3Plane3Test, LineTIsZeroBeforeTheFirstFind) {
+    const Line3f line(Vector3f::ZERO, Vector3f::UNIT_Z);
+    const Plane3f plane(Vector3f::UNIT_Z, 5.0f);
+    const IntrLine3Plane3f query(line, plane);
+    EXPECT_EQ(query.GetLineT(), 0.0f);
+}
+
+TEST(Wm4IntrLine3Plane3Test, LineTIsZeroAfterAFindThatFindsNothing) {
+    Line3f line(Vector3f::ZERO, Vector3f::UNIT_Z);
+    const Plane3f plane(Vector3f::UNIT_Z, 5.0f);
+    IntrLine3Plane3f query(line, plane);
+    ASSERT_TRUE(query.Find());
+    ASSERT_NEAR(query.GetLineT(), 5.0f, 1e-6f);
+    // Now parallel to the plane and off it: the earlier hit is not reported again.
+    line.Direction = Vector3f::UNIT_X;
+    EXPECT_FALSE(query.Find());
+    EXPECT_EQ(query.GetLineT(), 0.0f);
 }
 
 TEST(Wm4IntrLine3Plane3Test, FindOnALineLyingInThePlaneReportsTheWholeLine) {
