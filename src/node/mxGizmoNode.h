@@ -11,10 +11,12 @@
 // mxSpatial::CULL_ALWAYS. Set a mode, then make the node visible with setCullingMode.
 #pragma once
 
+#include "scenegraph/mxGenericTransformation.h"
 #include "scenegraph/mxGeometry.h"
 #include "scenegraph/mxNode.h"
 #include "wm4/Wm4ColorRGB.h"
 #include "wm4/Wm4ColorRGBA.h"
+#include "wm4/Wm4Matrix3.h"
 #include "wm4/Wm4Vector3.h"
 
 #include <memory>
@@ -22,6 +24,7 @@
 
 namespace mx {
 
+class mxCamera;
 class mxGizmoNodeBase;
 class mxGizmoNodeRotate;
 class mxGizmoNodeScale;
@@ -119,6 +122,73 @@ public:
     // scale frames took theirs when they were built). Other modes are ignored.
     void setHighlightColor(GizmoMode forMode, const Wm4::ColorRGBA& color);
 
+    // Screen-constant size. The world length of one gizmo unit (the length of an axis) that
+    // covers pixelSize pixels of a view viewportHeight pixels high, at position. For a
+    // perspective camera it grows with the depth of position along the view direction, not
+    // with its distance from the eye, so it is the same across a plane facing the camera; a
+    // position behind the eye gives a negative size. For an orthographic camera it is the same
+    // everywhere. Nothing is checked: a height of 0 gives an infinite or undefined size. A
+    // null camera gives 1.
+    static float ComputeGizmoScale(const mxCamera* camera, const Wm4::Vector3<float>& position,
+                                   float pixelSize, int viewportHeight);
+    // Turns the three translate arrowheads so that their flat side faces the eye. When the
+    // line of sight runs along an axis, that arrowhead faces along the camera's direction
+    // instead, or its right vector if that runs along the axis too. An arrowhead whose
+    // rotation is already the wanted one, bit for bit, is not written, so a still camera marks
+    // nothing dirty. Reads the world transformations of the node and its arrowheads, so call
+    // it after the scene's update. Does nothing for a null camera.
+    void updateCameraFacing(const mxCamera* camera);
+
+    // Transform arithmetic, shared with the drag controllers and open to applications.
+    //
+    // out = the rotation about centre. A rotation equal to the identity within 1e-6 in every
+    // entry is left unset, and so is a translation whose squared length is below 1e-6: a
+    // translation shorter than 0.001 is dropped, on purpose.
+    static void ComputeRotation(const Wm4::Matrix3<float>& rotation,
+                                const Wm4::Vector3<float>& centre,
+                                mxGenericTransformation<float>& out);
+    // out = the right-handed rotation by angle (radians) about the line through centre along
+    // axis. The axis is used as given: pass a unit vector.
+    static void ComputeRotation(const Wm4::Vector3<float>& axis, float angle,
+                                const Wm4::Vector3<float>& centre,
+                                mxGenericTransformation<float>& out);
+    // out = the scaling by scale.X(), Y() and Z() along the columns of frame, about centre.
+    // Three equal factors give a uniform scale whatever the frame (1 gives the identity); an
+    // identity frame gives a rotation-and-scale transformation; any other frame gives a
+    // general matrix.
+    static void ComputeHomotheticTransform(const Wm4::Vector3<float>& scale,
+                                           const Wm4::Matrix3<float>& frame,
+                                           const Wm4::Vector3<float>& centre,
+                                           mxGenericTransformation<float>& out);
+    // rotation = a proper orthonormal frame taken from transformation: its rotation when it is
+    // held as rotation and scale; otherwise its matrix's columns made orthonormal, keeping the
+    // direction of the first, discarding scale and shear, and replacing missing (zero) or
+    // parallel columns. Never fails: a zero matrix gives the identity.
+    static void ExtractRotation(const mxGenericTransformation<float>& transformation,
+                                Wm4::Matrix3<float>& rotation);
+
+    // Places the node at frame's translation and rotation with the screen-constant scale of
+    // ComputeGizmoScale (frame's own scale is dropped). A frame that is not held as rotation
+    // and scale is refused with a warning in the host log. Returns whether the node's local
+    // transformation changed: false also on refusal and for a null camera, which change
+    // nothing.
+    bool calculateFrameFromObjectWorldTranform(const mxGenericTransformation<float>& frame,
+                                               const mxCamera* camera, float pixelSize,
+                                               int viewportHeight);
+    // Gives the node the world transformation world, through its local transformation (the
+    // parent's world transformation is taken out). Returns whether the local transformation
+    // changed; an equal one is not written.
+    bool applyWorldTransformation(const mxGenericTransformation<float>& world);
+
+    // Drags. storeOriginalTransform records, per reference object, its world transformation
+    // and the inverse of its parent's (identity for a null object or one without a parent).
+    // applyWorldTransformForReferencedObjects then moves every reference object to
+    // delta * its recorded world transformation, so a drag never accumulates: a delta of
+    // identity puts every object back where it was. Objects with mxSpatial::STATE_EXCLUDED
+    // are left alone, and so are null entries and entries added since the recording.
+    void storeOriginalTransform();
+    void applyWorldTransformForReferencedObjects(const mxGenericTransformation<float>& delta);
+
     // The sub-gizmos, for the controllers (picking reads their lines, hovering recolours
     // them) and for camera facing.
     const mxGizmoNodeTranslate& getTranslateGizmo() const;
@@ -129,6 +199,12 @@ public:
     mxGizmoNodeScale& editScaleGizmo();
 
 protected:
+    // ComputeGizmoScale's perspective size measured along the ray from the eye through the
+    // centre of the node's world bound instead of along the view direction, for a camera of
+    // either projection. For derived classes; the library does not use it. A null camera
+    // gives 1.
+    float getBestScale(const mxCamera* camera, float pixelSize, int viewportHeight) const;
+
     void setCenterOffset(const Wm4::Vector3<float>& offset) { centerOffset = offset; }
     // Restyles axis as dragged (active true) or back to idle: in rotate mode the circle is
     // drawn as segments while dragged, in scale mode the axis's active frame is shown. Only

@@ -20,6 +20,7 @@ namespace mx::test {
 class mxExposedGizmoNode : public mxGizmoNode {
 public:
     using mxGizmoNode::setActiveState;
+    using mxGizmoNode::getBestScale;
     using mxGizmoNode::setCenterOffset;
 };
 
