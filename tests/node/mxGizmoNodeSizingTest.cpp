@@ -123,6 +123,11 @@ bool isArrowHead(const mxGizmoNode& node, const mxSpatial* child) {
     return false;
 }
 
+// The world normal (local z) of the arrowhead of axis.
+Vec3 headWorldNormal(const mxGizmoNode& node, unsigned int axis) {
+    return column(node.getTranslateGizmo().getArrowHead(axis)->getWorldTransform().GetRotate(), 2);
+}
+
 // Checks, after the scene's update, that the arrowhead of axis runs along the node's axis and
 // that its normal (world z) is the part of towards at right angles to the axis.
 void expectHeadFacing(const mxGizmoNode& node, unsigned int axis, const Vec3& towards) {
@@ -555,9 +560,7 @@ TEST_F(mxGizmoNodeSizingTest, LineOfSightAlongAnAxisFacesThatHeadWithTheCameraDi
     node->updateCameraFacing(&camera);
     node->UpdateGS();
     expectHeadFacing(*node, 0, -camera.getDVector());
-    EXPECT_TRUE(VectorNear(
-        column(node->getTranslateGizmo().getArrowHead(0)->getWorldTransform().GetRotate(), 2),
-        Vec3(0.0f, -0.6f, 0.8f), 1e-5));
+    EXPECT_TRUE(VectorNear(headWorldNormal(*node, 0), Vec3(0.0f, -0.6f, 0.8f), 1e-5));
     expectOrthonormalHead(*node, 0);
     // The other heads are seen from the side and face the eye as usual.
     for (unsigned int axis = 1; axis < 3; ++axis) {
@@ -580,9 +583,7 @@ TEST_F(mxGizmoNodeSizingTest, CameraDirectionAlongTheAxisTooFacesThatHeadWithThe
     node->UpdateGS();
     expectHeadFacing(*node, 0, -camera.getRVector());
     const float h = std::sqrt(0.5f);
-    EXPECT_TRUE(VectorNear(
-        column(node->getTranslateGizmo().getArrowHead(0)->getWorldTransform().GetRotate(), 2),
-        Vec3(0.0f, -h, h), 1e-5));
+    EXPECT_TRUE(VectorNear(headWorldNormal(*node, 0), Vec3(0.0f, -h, h), 1e-5));
     expectOrthonormalHead(*node, 0);
 }
 
@@ -600,9 +601,7 @@ TEST_F(mxGizmoNodeSizingTest, EyeAtTheTipFacesThatHeadWithTheCameraDirection) {
     node->updateCameraFacing(&camera);
     node->UpdateGS();
     expectHeadFacing(*node, 0, -camera.getDVector());
-    EXPECT_TRUE(VectorNear(
-        column(node->getTranslateGizmo().getArrowHead(0)->getWorldTransform().GetRotate(), 2),
-        Vec3(0.0f, -0.6f, 0.8f), 1e-5));
+    EXPECT_TRUE(VectorNear(headWorldNormal(*node, 0), Vec3(0.0f, -0.6f, 0.8f), 1e-5));
     expectOrthonormalHead(*node, 0);
 }
 
@@ -617,9 +616,7 @@ TEST_F(mxGizmoNodeSizingTest, EyeAtTheTipLookingAlongTheAxisFacesThatHeadWithThe
     node->UpdateGS();
     expectHeadFacing(*node, 0, -camera.getRVector());
     const float h = std::sqrt(0.5f);
-    EXPECT_TRUE(VectorNear(
-        column(node->getTranslateGizmo().getArrowHead(0)->getWorldTransform().GetRotate(), 2),
-        Vec3(0.0f, -h, h), 1e-5));
+    EXPECT_TRUE(VectorNear(headWorldNormal(*node, 0), Vec3(0.0f, -h, h), 1e-5));
     expectOrthonormalHead(*node, 0);
 }
 
@@ -634,7 +631,7 @@ Vec3 xHeadNormalSeenAtCosine(float cosine) {
     EXPECT_TRUE(camera.lookAt(eye, eye + Vec3(0.0f, 0.0f, -1.0f), Vec3(0.0f, 1.0f, 0.0f)));
     node->updateCameraFacing(&camera);
     node->UpdateGS();
-    return column(node->getTranslateGizmo().getArrowHead(0)->getWorldTransform().GetRotate(), 2);
+    return headWorldNormal(*node, 0);
 }
 
 TEST_F(mxGizmoNodeSizingTest, LineOfSightJustOutsideTheAxisConeIsKept) {
