@@ -16,6 +16,7 @@
 
 #include "support/mxLogCapture.h"
 #include "support/mxTestGeometry.h"
+#include "support/mxTransformCompare.h"
 
 #include "mxGizmoNodeTestSupport.h"
 
@@ -23,8 +24,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <cstring>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -34,6 +33,8 @@ using mx::mxMesh;
 using mx::mxNode;
 using mx::mxPointer;
 using mx::mxSpatial;
+using mx::test::BitwiseEqual;
+using mx::test::MapsNear;
 using mx::test::MarkCounter;
 using mx::test::MatrixNear;
 using mx::test::Rotation;
@@ -49,64 +50,6 @@ constexpr float csDegree = csPi / 180.0f;
 
 const char* const csRefusalMessage =
     "The gizmo must have an RS matrix (xGizmoNode::calculateFrameFromObjectWorldTranform)";
-
-// ---------------------------------------------------------------------------------------------
-// Comparing transformations
-
-bool SameBits(float a, float b) {
-    return std::memcmp(&a, &b, sizeof(float)) == 0;
-}
-
-std::string Describe(const Transform& t) {
-    std::ostringstream out;
-    const Matrix& m = t.GetMatrix();
-    out << "{matrix (" << m(0, 0) << ", " << m(0, 1) << ", " << m(0, 2) << "; " << m(1, 0) << ", "
-        << m(1, 1) << ", " << m(1, 2) << "; " << m(2, 0) << ", " << m(2, 1) << ", " << m(2, 2)
-        << "), translate (" << t.GetTranslate().X() << ", " << t.GetTranslate().Y() << ", "
-        << t.GetTranslate().Z() << "), scale (" << t.GetScale().X() << ", " << t.GetScale().Y()
-        << ", " << t.GetScale().Z() << "), identity " << t.IsIdentity() << ", rs " << t.IsRSMatrix()
-        << ", uniform " << t.IsUniformScale() << "}";
-    return out.str();
-}
-
-// Success when both transformations hold the same bits in every stored float (matrix,
-// translation, scale) and the same three hints.
-::testing::AssertionResult BitwiseEqual(const Transform& actual, const Transform& expected) {
-    bool same = actual.IsIdentity() == expected.IsIdentity() &&
-                actual.IsRSMatrix() == expected.IsRSMatrix() &&
-                actual.IsUniformScale() == expected.IsUniformScale();
-    for (int r = 0; r < 3; ++r) {
-        for (int c = 0; c < 3; ++c) {
-            same = same && SameBits(actual.GetMatrix()(r, c), expected.GetMatrix()(r, c));
-        }
-    }
-    for (int i = 0; i < 3; ++i) {
-        same = same && SameBits(actual.GetTranslate()[i], expected.GetTranslate()[i]) &&
-               SameBits(actual.GetScale()[i], expected.GetScale()[i]);
-    }
-    if (same) {
-        return ::testing::AssertionSuccess();
-    }
-    return ::testing::AssertionFailure()
-           << Describe(actual) << " differs in its bits from " << Describe(expected);
-}
-
-// Success when both transformations map points the same way up to tolerance: their full
-// matrices and translations agree entry by entry.
-::testing::AssertionResult MapsNear(const Transform& actual, const Transform& expected,
-                                    double tolerance) {
-    ::testing::AssertionResult matrix =
-        MatrixNear(actual.GetFullMatrix(), expected.GetFullMatrix(), tolerance);
-    if (!matrix) {
-        return matrix << " in " << Describe(actual) << " against " << Describe(expected);
-    }
-    ::testing::AssertionResult translation =
-        VectorNear(actual.GetTranslate(), expected.GetTranslate(), tolerance);
-    if (!translation) {
-        return translation << " in " << Describe(actual) << " against " << Describe(expected);
-    }
-    return ::testing::AssertionSuccess();
-}
 
 // ---------------------------------------------------------------------------------------------
 // Building transformations
