@@ -1,6 +1,9 @@
 #include "mxPickingHelpers.h"
 
+#include "wm4/Wm4IntrLine3Plane3.h"
+#include "wm4/Wm4Line3.h"
 #include "wm4/Wm4Math.h"
+#include "wm4/Wm4Plane3.h"
 
 #include <algorithm>
 #include <cmath>
@@ -97,6 +100,27 @@ float closestPointOnLine(const Wm4::Vector2<float>& a, const Wm4::Vector2<float>
 float distanceToSegment(const Wm4::Vector2<float>& a, const Wm4::Vector2<float>& b,
                         const Wm4::Vector2<float>& p) {
     return std::sqrt(squaredDistanceToSegment(a, b, p));
+}
+
+bool intersectLineAndPlane(const Wm4::Vector3<float>& origin, const Wm4::Vector3<float>& direction,
+                           const Wm4::Vector3<float>& normal, const Wm4::Vector3<float>& point,
+                           float& t) {
+    if (normal == Wm4::Vector3<float>::ZERO) {
+        return false;
+    }
+    const Wm4::Line3<float> line(origin, direction);
+    const Wm4::Plane3<float> plane(normal, normal.Dot(point));
+    Wm4::IntrLine3Plane3<float> query(line, plane);
+    if (!query.Find()) {
+        return false;
+    }
+    t = query.GetLineT();
+    return true;
+}
+
+bool isInsideView(const Wm4::Vector2<float>& mouse) {
+    // The comparisons are false for NaN.
+    return mouse.X() >= 0.0f && mouse.X() <= 1.0f && mouse.Y() >= 0.0f && mouse.Y() <= 1.0f;
 }
 
 } // namespace impl

@@ -47,6 +47,19 @@ float closestPointOnLine(const Wm4::Vector2<float>& a, const Wm4::Vector2<float>
 float distanceToSegment(const Wm4::Vector2<float>& a, const Wm4::Vector2<float>& b,
                         const Wm4::Vector2<float>& p);
 
+// Whether the line origin + t * direction meets the plane through point with the given normal
+// (Wild Magic's line-plane query, plane constant normal . point). When it does, t is the line
+// parameter of the meeting point, 0 for a line lying in the plane; otherwise t is left alone.
+// A zero normal makes no plane, so nothing meets it (the query would take every line for one
+// lying in it).
+bool intersectLineAndPlane(const Wm4::Vector3<float>& origin, const Wm4::Vector3<float>& direction,
+                           const Wm4::Vector3<float>& normal, const Wm4::Vector3<float>& point,
+                           float& t);
+
+// Whether a normalised mouse position lies in the view: both coordinates in [0, 1], the
+// bounds included. NaN is outside.
+bool isInsideView(const Wm4::Vector2<float>& mouse);
+
 #pragma GCC visibility pop
 
 } // namespace impl

@@ -25,6 +25,8 @@
 namespace mx {
 
 class mxCamera;
+class mxGizmoControllerRotate;
+class mxGizmoControllerScale;
 class mxGizmoNodeBase;
 class mxGizmoNodeRotate;
 class mxGizmoNodeScale;
@@ -199,6 +201,10 @@ public:
     mxGizmoNodeScale& editScaleGizmo();
 
 protected:
+    // The drag controllers show the dragged axis through setActiveState.
+    friend class mxGizmoControllerRotate;
+    friend class mxGizmoControllerScale;
+
     // ComputeGizmoScale's perspective size measured along the ray from the eye through the
     // centre of the node's world bound instead of along the view direction, for a camera of
     // either projection. For derived classes; the library does not use it. A null camera

@@ -21,6 +21,8 @@ using mx::mxCamera;
 using mx::impl::closestPointOnLine;
 using mx::impl::distanceToPolyline;
 using mx::impl::distanceToSegment;
+using mx::impl::intersectLineAndPlane;
+using mx::impl::isInsideView;
 using mx::impl::normalizeVector;
 using mx::impl::projectToScreen;
 using mx::test::Rotation;
@@ -453,6 +455,79 @@ TEST(mxPickingHelpersTest, VectorWithNaNComponentBecomesZeroAndReturnsZero) {
     EXPECT_EQ(0.0f, v.X());
     EXPECT_EQ(0.0f, v.Y());
     EXPECT_EQ(0.0f, v.Z());
+}
+
+// ---------------------------------------------------------------------------------------------
+// isInsideView
+
+TEST(mxPickingHelpersTest, MousePositionsOnTheViewsEdgesAndCornersAreInside) {
+    EXPECT_TRUE(isInsideView(Vec2(0.0f, 0.0f)));
+    EXPECT_TRUE(isInsideView(Vec2(1.0f, 1.0f)));
+    EXPECT_TRUE(isInsideView(Vec2(1.0f, 0.5f)));
+    EXPECT_TRUE(isInsideView(Vec2(0.5f, 0.0f)));
+}
+
+TEST(mxPickingHelpersTest, MousePositionsJustBeyondTheViewOnEitherAxisAreOutside) {
+    const float justAboveOne = std::nextafter(1.0f, 2.0f);
+    const float justBelowZero = -std::numeric_limits<float>::denorm_min();
+    EXPECT_FALSE(isInsideView(Vec2(justAboveOne, 0.5f)));
+    EXPECT_FALSE(isInsideView(Vec2(0.5f, justAboveOne)));
+    EXPECT_FALSE(isInsideView(Vec2(justBelowZero, 0.5f)));
+    EXPECT_FALSE(isInsideView(Vec2(0.5f, justBelowZero)));
+}
+
+TEST(mxPickingHelpersTest, MousePositionWithNaNCoordinateIsOutside) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_FALSE(isInsideView(Vec2(nan, 0.5f)));
+    EXPECT_FALSE(isInsideView(Vec2(0.5f, nan)));
+}
+
+// ---------------------------------------------------------------------------------------------
+// intersectLineAndPlane: the plane z = 2 (normal +Z through (5, 5, 2)) keeps the arithmetic
+// exact.
+
+TEST(mxPickingHelpersTest, LineMeetsPlaneAtTheParameterOfTheMeetingPoint) {
+    float t = -1.0f;
+    ASSERT_TRUE(intersectLineAndPlane(Vec3(1.0f, 2.0f, 10.0f), Vec3(0.0f, 0.0f, -2.0f),
+                                      Vec3(0.0f, 0.0f, 1.0f), Vec3(5.0f, 5.0f, 2.0f), t));
+    EXPECT_EQ(4.0f, t);
+}
+
+TEST(mxPickingHelpersTest, PlaneBehindTheLinesOriginGivesANegativeParameter) {
+    float t = 0.0f;
+    ASSERT_TRUE(intersectLineAndPlane(Vec3(0.0f, 0.0f, 10.0f), Vec3(0.0f, 0.0f, 1.0f),
+                                      Vec3(0.0f, 0.0f, 1.0f), Vec3(5.0f, 5.0f, 2.0f), t));
+    EXPECT_EQ(-8.0f, t);
+}
+
+TEST(mxPickingHelpersTest, LineParallelToThePlaneAndOffItMeetsNothingAndLeavesTheParameter) {
+    float t = 7.0f;
+    EXPECT_FALSE(intersectLineAndPlane(Vec3(0.0f, 0.0f, 10.0f), Vec3(1.0f, 0.0f, 0.0f),
+                                       Vec3(0.0f, 0.0f, 1.0f), Vec3(5.0f, 5.0f, 2.0f), t));
+    EXPECT_EQ(7.0f, t);
+}
+
+TEST(mxPickingHelpersTest, LineLyingInThePlaneMeetsItAtParameterZero) {
+    float t = 7.0f;
+    EXPECT_TRUE(intersectLineAndPlane(Vec3(3.0f, -1.0f, 2.0f), Vec3(1.0f, 0.0f, 0.0f),
+                                      Vec3(0.0f, 0.0f, 1.0f), Vec3(5.0f, 5.0f, 2.0f), t));
+    EXPECT_EQ(0.0f, t);
+}
+
+TEST(mxPickingHelpersTest, LineWithZeroDirectionOffThePlaneMeetsNothing) {
+    float t = 7.0f;
+    EXPECT_FALSE(intersectLineAndPlane(Vec3(0.0f, 0.0f, 10.0f), Vec3(0.0f, 0.0f, 0.0f),
+                                       Vec3(0.0f, 0.0f, 1.0f), Vec3(5.0f, 5.0f, 2.0f), t));
+    EXPECT_EQ(7.0f, t);
+}
+
+TEST(mxPickingHelpersTest, PlaneWithZeroNormalIsMetByNoLine) {
+    // Even a line through the plane's point, which Wild Magic's query would take as lying in
+    // the plane.
+    float t = 7.0f;
+    EXPECT_FALSE(intersectLineAndPlane(Vec3(0.0f, 0.0f, 10.0f), Vec3(0.0f, 0.0f, -1.0f),
+                                       Vec3(0.0f, 0.0f, 0.0f), Vec3(0.0f, 0.0f, 0.0f), t));
+    EXPECT_EQ(7.0f, t);
 }
 
 } // namespace

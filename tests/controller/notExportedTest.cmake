@@ -9,7 +9,7 @@ if(NOT symbols MATCHES "mxGizmoNode::ComputeGizmoScale")
     message(FATAL_ERROR "${MX3D_LIBRARY} does not look like the library: no ComputeGizmoScale")
 endif()
 foreach(helper projectToScreen distanceToPolyline normalizeVector closestPointOnLine
-        distanceToSegment)
+        distanceToSegment intersectLineAndPlane isInsideView)
     if(symbols MATCHES "mx::impl::${helper}\\(")
         message(FATAL_ERROR "${MX3D_LIBRARY} exports mx::impl::${helper}")
     endif()
