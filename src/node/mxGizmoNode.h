@@ -186,8 +186,10 @@ public:
     // and the inverse of its parent's (identity for a null object or one without a parent).
     // applyWorldTransformForReferencedObjects then moves every reference object to
     // delta * its recorded world transformation, so a drag never accumulates: a delta of
-    // identity puts every object back where it was. Objects with mxSpatial::STATE_EXCLUDED
-    // are left alone, and so are null entries and entries added since the recording.
+    // identity puts every world transformation back bit for bit. The local transformation is
+    // the parent's recorded inverse times the world one, so under a parent it comes back only
+    // to within rounding. Objects with mxSpatial::STATE_EXCLUDED are left alone, and so are
+    // null entries and entries added since the recording.
     void storeOriginalTransform();
     void applyWorldTransformForReferencedObjects(const mxGenericTransformation<float>& delta);
 
