@@ -23,6 +23,7 @@
 #include "wm4/Wm4Vector3.h"
 
 #include "controller/mxControllerTestSupport.h"
+#include "node/mxGizmoNodeTestSupport.h"
 #include "support/mxTestGeometry.h"
 #include "support/mxTransformCompare.h"
 
@@ -58,6 +59,7 @@ using mx::test::RecordingListener;
 using mx::test::Rotation;
 using mx::test::ToDouble;
 using mx::test::ToFloat;
+using mx::test::UnitAxis;
 using mx::test::VectorNear;
 
 using Vec2 = Wm4::Vector2<float>;
@@ -96,13 +98,6 @@ Mat3 ToFloat(const Mat3d& m) {
 
 Vec3d Column(const Mat3d& m, int c) {
     return Vec3d(m(0, c), m(1, c), m(2, c));
-}
-
-// The unit vector along axis 0, 1 or 2.
-Vec3 UnitVector(int axis) {
-    Vec3 v(0.0f, 0.0f, 0.0f);
-    v[axis] = 1.0f;
-    return v;
 }
 
 bool Inside(const Vec2& mouse) {
@@ -219,7 +214,8 @@ struct Scene {
     // The tip of the gizmo's axis in world space, as the gizmo stands: its length carries the
     // screen-constant size.
     Vec3d axisTip(int axis) const {
-        return ToDouble(node()->getWorldTransform().ApplyForward(UnitVector(axis), true));
+        return ToDouble(node()->getWorldTransform().ApplyForward(
+            UnitAxis(static_cast<unsigned int>(axis)), true));
     }
 
 private:

@@ -48,6 +48,7 @@ using mx::mxLine;
 using mx::mxMesh;
 using mx::mxPointer;
 using mx::test::BitwiseEqual;
+using mx::test::ColorsOf;
 using mx::test::csPickTolerance;
 using mx::test::csViewHeight;
 using mx::test::csViewWidth;
@@ -126,15 +127,6 @@ Vec3 OntoAxis(const Vec3& origin, const Vec3& axis, const Vec3& point) {
 Vec2 MouseOnArrow(const mxCamera& camera, const mxGizmoNode& node, unsigned int axis,
                   float fraction) {
     return MouseAt(camera, node.getWorldTransform().ApplyForward(UnitAxis(axis) * fraction));
-}
-
-// Every line of a node with its colour, in child order.
-std::vector<Wm4::ColorRGBA> ColorsOf(const mxGizmoNode& node) {
-    std::vector<Wm4::ColorRGBA> colors;
-    for (int slot = 0; slot < node.getChildCount(); ++slot) {
-        colors.push_back(static_cast<const mxLine*>(node.getChild(slot))->getColor());
-    }
-    return colors;
 }
 
 // Success when the translate sub-gizmo shows axis hovered and the others normal (axis -1:

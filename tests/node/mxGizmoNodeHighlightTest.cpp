@@ -20,6 +20,7 @@ using mx::mxLine;
 using mx::mxNode;
 using mx::mxPointer;
 using mx::mxSpatial;
+using mx::test::ColorsOf;
 using mx::test::csHidden;
 using mx::test::csShown;
 using mx::test::HoveredColor;
@@ -31,15 +32,6 @@ using Vec3 = Wm4::Vector3<float>;
 namespace {
 
 const Wm4::ColorRGBA csWhite(1.0f, 1.0f, 1.0f, 1.0f);
-
-// Every coloured line of a node with its colour, in child order.
-std::vector<Wm4::ColorRGBA> ColorsOf(const mxGizmoNode& node) {
-    std::vector<Wm4::ColorRGBA> colors;
-    for (int slot = 0; slot < node.getChildCount(); ++slot) {
-        colors.push_back(static_cast<const mxLine*>(node.getChild(slot))->getColor());
-    }
-    return colors;
-}
 
 } // namespace
 

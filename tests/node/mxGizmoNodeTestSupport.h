@@ -1,9 +1,11 @@
 // Helpers shared by the gizmo node tests: the node with its protected operations opened, the
-// culling modes by what they mean, the axis colours as the lines hold them, and a counter of
-// the node's dirty markings. Header-only; everything lives in namespace mx::test.
+// culling modes by what they mean, the axis colours as the lines hold them, the colours of all
+// its lines, and a counter of the node's dirty markings. Header-only; everything lives in namespace
+// mx::test.
 #pragma once
 
 #include "node/mxGizmoNode.h"
+#include "scenegraph/mxLine.h"
 #include "scenegraph/mxSpatial.h"
 #include "wm4/Wm4ColorRGB.h"
 #include "wm4/Wm4ColorRGBA.h"
@@ -12,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <vector>
 
 namespace mx::test {
 
@@ -19,8 +22,8 @@ namespace mx::test {
 // controller of the library reaches them.
 class mxExposedGizmoNode : public mxGizmoNode {
 public:
-    using mxGizmoNode::setActiveState;
     using mxGizmoNode::getBestScale;
+    using mxGizmoNode::setActiveState;
     using mxGizmoNode::setCenterOffset;
 };
 
@@ -58,6 +61,15 @@ inline Wm4::Vector3<float> UnitAxis(unsigned int axis) {
     Wm4::Vector3<float> v(0.0f, 0.0f, 0.0f);
     v[static_cast<int>(axis % 3)] = 1.0f;
     return v;
+}
+
+// Every line of a node with its colour, in child order.
+inline std::vector<Wm4::ColorRGBA> ColorsOf(const mxGizmoNode& node) {
+    std::vector<Wm4::ColorRGBA> colors;
+    for (int slot = 0; slot < node.getChildCount(); ++slot) {
+        colors.push_back(static_cast<const mxLine*>(node.getChild(slot))->getColor());
+    }
+    return colors;
 }
 
 // Counts how often the node is marked dirty from now on: every marking advances the host's
