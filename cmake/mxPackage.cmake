@@ -18,6 +18,11 @@ install(FILES
 
 # The way up from the .pc file's folder to the prefix, one ".." per folder.
 string(REGEX REPLACE "[^/]+" ".." MX3D_PC_UP "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+# With the Qt event filter, the Qt headers it includes come with the flags.
+set(MX3D_PC_REQUIRES "")
+if(MX3D_HAS_QT)
+    set(MX3D_PC_REQUIRES "Requires.private: Qt6Core\n")
+endif()
 configure_file(cmake/mx3DManipulation.pc.in "${PROJECT_BINARY_DIR}/mx3DManipulation.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/mx3DManipulation.pc"
     DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

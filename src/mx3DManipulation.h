@@ -44,3 +44,12 @@
 #include "node/mxGizmoNodeRotate.h"
 #include "node/mxGizmoNodeScale.h"
 #include "node/mxGizmoNodeTranslate.h"
+
+#include "controller/mx3DManipulatorMotionListener.h"
+#include "controller/mxGizmoController.h"
+#include "controller/mxGizmoControllerRotate.h"
+#include "controller/mxGizmoControllerScale.h"
+#include "controller/mxGizmoControllerTranslate.h"
+
+// The Qt event filter, qt/mxGizmoEventsListener.h, is included on its own: it needs Qt's
+// headers, which the rest of the API does not.

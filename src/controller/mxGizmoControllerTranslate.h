@@ -27,6 +27,7 @@ namespace mx {
 
 class mx3DManipulatorMotionListener;
 class mxCamera;
+class mxGizmoController;
 class mxGizmoNode;
 
 class mxGizmoControllerTranslate {
@@ -75,6 +76,9 @@ public:
                           const Wm4::Vector2<float>& mouse);
 
 protected:
+    // The gizmo controller hovers with the mask of the sub-gizmo it dispatches to.
+    friend class mxGizmoController;
+
     // The hover of the public overload over the axes whose bits are set in axisMask.
     bool updateTranslateHover(mxGizmoNode* node, const mxCamera* camera,
                               const Wm4::Vector2<float>& mouse, unsigned char axisMask,

@@ -13,7 +13,8 @@ endfunction()
 
 run("${CMAKE_COMMAND}" --install "${MX3D_BUILD_DIR}" --prefix "${prefix}")
 foreach(header mx3DManipulation/mx3DManipulation.h mx3DManipulation/frame/mx3DManipulationVersion.h
-        mx3DManipulation/node/mxGizmoNode.h mx3DManipulation/scenegraph/mxNode.h
+        mx3DManipulation/node/mxGizmoNode.h mx3DManipulation/controller/mxGizmoController.h
+        mx3DManipulation/scenegraph/mxNode.h
         mx3DManipulation/wm4/Wm4Vector3.h)
     if(NOT EXISTS "${prefix}/include/${header}")
         message(FATAL_ERROR "not installed: include/${header}")
