@@ -296,7 +296,7 @@ void mxGizmoController::setMouseReleasedImpl(const mxCamera* camera, int x, int 
         }
         touchedGizmos.insert(activeGizmo);
     }
-    activeGizmo = nullptr;
+    // The gesture is over; the gizmo under the mouse now is whatever the release hovers.
     dragging = false;
     activeGizmo = updateHover(camera, position, width, height);
 }

@@ -1,7 +1,8 @@
-// Helpers shared by the drag controller tests: a listener that records what it hears, the
-// standard view, a gizmo placed in it, and the conversions between world points, pixels and
-// the normalised mouse positions the controllers take. Header-only; everything lives in
-// namespace mx::test.
+// Helpers shared by the controller tests and the end-to-end gesture tests: a listener that
+// records what it hears, the standard view, a gizmo placed in it, the conversions between world
+// points, pixels, window pixels and the normalised mouse positions the controllers take, and
+// what a translate, scale or rotate drag should do, worked out again in double from the camera
+// alone. Header-only; everything lives in namespace mx::test.
 //
 // The standard view: the eye at (0, 0, 10) looking down -Z with +Y up (so right is +X), a
 // 90-degree vertical field of view, aspect 1, near 1, far 100, over a 200 x 200 viewport. The
@@ -15,6 +16,8 @@
 #include "scenegraph/mxGenericTransformation.h"
 #include "scenegraph/mxMesh.h"
 #include "scenegraph/mxNode.h"
+#include "scenegraph/mxPointer.h"
+#include "wm4/Wm4Matrix3.h"
 #include "wm4/Wm4Vector2.h"
 #include "wm4/Wm4Vector3.h"
 
@@ -92,6 +95,16 @@ inline mxPointer<mxCamera> MakeStandardCamera(bool perspective = true) {
     return camera;
 }
 
+// An eye at eye looking at target with +Y up, a 90-degree vertical field of view over the
+// square standard viewport.
+inline mxPointer<mxCamera> MakeLookAtCamera(const Wm4::Vector3<float>& eye,
+                                            const Wm4::Vector3<float>& target) {
+    mxPointer<mxCamera> camera = new mxCamera(true);
+    camera->lookAt(eye, target, Wm4::Vector3<float>(0.0f, 1.0f, 0.0f));
+    camera->setFrustum(90.0f, 1.0f, 1.0f, 100.0f);
+    return camera;
+}
+
 // The pixel position of a world point in a width x height view, from the lower left, as the
 // controllers' picking measures it.
 inline Wm4::Vector2<float> PixelOf(const mxCamera& camera, const Wm4::Vector3<float>& world,
@@ -119,6 +132,46 @@ inline Wm4::Vector2<float> MouseAt(const mxCamera& camera, const Wm4::Vector3<fl
 }
 
 // ---------------------------------------------------------------------------------------------
+// Window pixels
+//
+// An application's mouse calls give window pixels: whole numbers with the origin at the top
+// left and y downwards. The controllers read window pixel (x, y) of a width x height view at its
+// centre, (x + 0.5, height - y - 0.5) from the lower left, divided by the view's size.
+
+// A mouse position in window pixels.
+struct WindowPixel {
+    int x = 0;
+    int y = 0;
+};
+
+// The window pixel whose centre lies nearest to pixel, a position from the lower left of a view
+// height pixels high (as PixelOf gives it): at most half a pixel off on each axis, a tie going
+// to the pixel on the right and the one above. Worked out in double, where adding the half
+// pixel is exact.
+inline WindowPixel WindowPixelAt(const Wm4::Vector2<float>& pixel, int height = csViewHeight) {
+    WindowPixel window;
+    window.x = static_cast<int>(std::lround(static_cast<double>(pixel.X()) - 0.5));
+    window.y = height - static_cast<int>(std::lround(static_cast<double>(pixel.Y()) + 0.5));
+    return window;
+}
+
+// The window pixel over a world point.
+inline WindowPixel WindowPixelOf(const mxCamera& camera, const Wm4::Vector3<float>& world,
+                                 int width = csViewWidth, int height = csViewHeight) {
+    return WindowPixelAt(PixelOf(camera, world, width, height), height);
+}
+
+// The normalised position, from the lower left, that the controller makes of a window pixel:
+// the same float operations, so the very same bits.
+inline Wm4::Vector2<float> MouseOfWindowPixel(const WindowPixel& pixel, int width = csViewWidth,
+                                              int height = csViewHeight) {
+    const int fromBottom = height - pixel.y;
+    return Wm4::Vector2<float>((static_cast<float>(pixel.x) + 0.5f) / static_cast<float>(width),
+                               (static_cast<float>(fromBottom) - 0.5f) /
+                                   static_cast<float>(height));
+}
+
+// ---------------------------------------------------------------------------------------------
 // Pick rays worked out in double from the camera's frame and frustum alone, to compute what a
 // drag should give independently of the code under test.
 
@@ -129,6 +182,26 @@ inline Wm4::Vector3<double> ToDouble(const Wm4::Vector3<float>& v) {
 inline Wm4::Vector3<float> ToFloat(const Wm4::Vector3<double>& v) {
     return Wm4::Vector3<float>(static_cast<float>(v.X()), static_cast<float>(v.Y()),
                                static_cast<float>(v.Z()));
+}
+
+inline Wm4::Matrix3<double> ToDouble(const Wm4::Matrix3<float>& m) {
+    return Wm4::Matrix3<double>(m(0, 0), m(0, 1), m(0, 2), m(1, 0), m(1, 1), m(1, 2), m(2, 0),
+                                m(2, 1), m(2, 2));
+}
+
+inline Wm4::Matrix3<float> ToFloat(const Wm4::Matrix3<double>& m) {
+    Wm4::Matrix3<float> out;
+    for (int r = 0; r < 3; ++r) {
+        for (int c = 0; c < 3; ++c) {
+            out(r, c) = static_cast<float>(m(r, c));
+        }
+    }
+    return out;
+}
+
+// Column c of m: the image of unit axis c.
+template <class Real> Wm4::Vector3<Real> ColumnOf(const Wm4::Matrix3<Real>& m, int c) {
+    return Wm4::Vector3<Real>(m(0, c), m(1, c), m(2, c));
 }
 
 struct PickRay {
@@ -180,6 +253,153 @@ inline Wm4::Vector3<float> RayHit(const mxCamera& camera, const Wm4::Vector2<flo
 }
 
 // ---------------------------------------------------------------------------------------------
+// Drags done again in double
+
+// An axis drag. At the press, of the two planes through the axis (normals axis + 1 and
+// axis + 2 of the gizmo's frame, through the centre) the drag runs in the one the pick ray
+// meets most face-on, the first on a tie, a hit behind the eye not counting. The mouse then
+// selects the point of the axis where its ray meets that plane.
+struct AxisDrag {
+    Wm4::Vector3<double> centre;
+    Wm4::Vector3<double> axis;
+    Wm4::Vector3<double> normal;
+    Wm4::Vector3<double> pressPoint;
+    bool found = false;
+
+    Wm4::Vector3<double> pointUnder(const mxCamera& camera,
+                                    const Wm4::Vector2<float>& mouse) const {
+        const PickRay ray = PickRayOf(camera, mouse);
+        double lineT = 0.0;
+        if (!MeetPlane(ray, normal, centre, lineT)) {
+            ADD_FAILURE() << "the ray runs along the drag plane";
+            return pressPoint;
+        }
+        const Wm4::Vector3<double> hit = ray.origin + ray.direction * lineT;
+        return centre + axis * (hit - centre).Dot(axis);
+    }
+
+    // How far the point under the mouse lies from the press point along arrow, in lengths of
+    // arrow: what a scale drag counts.
+    double lengthsDragged(const mxCamera& camera, const Wm4::Vector2<float>& mouse,
+                          const Wm4::Vector3<double>& arrow) const {
+        return (pointUnder(camera, mouse) - pressPoint).Dot(arrow) / arrow.Dot(arrow);
+    }
+};
+
+// The drag of the axis of frame numbered axisIndex, through centre, pressed at mouse.
+inline AxisDrag PressAxisDrag(const mxCamera& camera, const Wm4::Vector2<float>& mouse,
+                              const Wm4::Vector3<double>& centre, const Wm4::Matrix3<double>& frame,
+                              int axisIndex) {
+    AxisDrag drag;
+    drag.centre = centre;
+    drag.axis = ColumnOf(frame, axisIndex);
+    const PickRay ray = PickRayOf(camera, mouse);
+    double bestCos = -1.0;
+    for (int k = 1; k <= 2; ++k) {
+        const Wm4::Vector3<double> normal = ColumnOf(frame, (axisIndex + k) % 3);
+        double lineT = 0.0;
+        if (!MeetPlane(ray, normal, centre, lineT) || lineT < 0.0) {
+            continue;
+        }
+        const double facing = std::fabs(normal.Dot(ray.direction));
+        if (facing > bestCos) {
+            bestCos = facing;
+            drag.normal = normal;
+            drag.found = true;
+        }
+    }
+    if (drag.found) {
+        drag.pressPoint = drag.pointUnder(camera, mouse);
+    }
+    return drag;
+}
+
+// The factor of a scale drag of s lengths of the axis: 1 + s outwards, 1 / (1 - s) inwards.
+inline double ScaleFactor(double s) {
+    return s >= 0.0 ? 1.0 + s : 1.0 / (1.0 - s);
+}
+
+// The scale triple of a scale drag by factor on axis: factor on that axis and 1 on the others,
+// or factor on all three for a uniform scale.
+inline Wm4::Vector3<double> ScaleTriple(int axis, double factor, bool uniform) {
+    Wm4::Vector3<double> scale = uniform ? Wm4::Vector3<double>(factor, factor, factor)
+                                         : Wm4::Vector3<double>(1.0, 1.0, 1.0);
+    scale[axis] = factor;
+    return scale;
+}
+
+// The matrix of the scaling by scale along the columns of frame, F diag(scale) F^T. About a
+// centre c the scaling maps x to m x + (c - m c).
+inline Wm4::Matrix3<double> ScalingAlong(const Wm4::Matrix3<double>& frame,
+                                         const Wm4::Vector3<double>& scale) {
+    return frame * Wm4::Matrix3<double>(scale.X(), scale.Y(), scale.Z()) * frame.Transpose();
+}
+
+// The transformation x -> m x + t, as a general one.
+inline mxGenericTransformation<float> Affine(const Wm4::Matrix3<double>& m,
+                                             const Wm4::Vector3<double>& t) {
+    mxGenericTransformation<float> out;
+    out.SetMatrix(ToFloat(m));
+    out.SetTranslate(ToFloat(t));
+    return out;
+}
+
+// The circle about an axis of a gizmo: its centre, its axis, and e1 = axis + 1, e2 = axis + 2
+// of the gizmo's frame spanning its plane (e1 x e2 = axis, so a growing angle turns
+// right-handedly about the axis), and its radius.
+struct Circle {
+    Wm4::Vector3<double> centre;
+    Wm4::Vector3<double> axis;
+    Wm4::Vector3<double> e1;
+    Wm4::Vector3<double> e2;
+    double radius = 0.0;
+
+    Wm4::Vector3<double> pointAt(double degrees) const {
+        const double a = Radians(degrees);
+        return centre + (e1 * std::cos(a) + e2 * std::sin(a)) * radius;
+    }
+
+    // The angle of the circle's point nearest the eye, in degrees: on the half facing it.
+    double frontDegrees(const mxCamera& camera) const {
+        const Wm4::Vector3<double> toEye = ToDouble(camera.getLocation()) - centre;
+        return std::atan2(toEye.Dot(e2), toEye.Dot(e1)) * 180.0 / csPi;
+    }
+
+    // Where the mouse's pick ray meets the circle's plane.
+    Wm4::Vector3<double> onPlane(const mxCamera& camera, const Wm4::Vector2<float>& mouse) const {
+        const PickRay ray = PickRayOf(camera, mouse);
+        double lineT = 0.0;
+        EXPECT_TRUE(MeetPlane(ray, axis, centre, lineT)) << "the ray runs along the circle";
+        return ray.origin + ray.direction * lineT;
+    }
+
+    // The angle about the axis from the press direction to the mouse's, rounded to 5 degrees,
+    // in radians.
+    double sweptAngle(const mxCamera& camera, const Wm4::Vector3<double>& pressPoint,
+                      const Wm4::Vector2<float>& mouse) const {
+        Wm4::Vector3<double> v = pressPoint - centre;
+        Wm4::Vector3<double> u = onPlane(camera, mouse) - centre;
+        v.Normalize();
+        u.Normalize();
+        const double angle = std::atan2(axis.Cross(v).Dot(u), v.Dot(u));
+        const double step = csPi / 36.0;
+        return std::round(angle / step) * step;
+    }
+};
+
+// The circle of radius about the axis of frame numbered axis, through centre.
+inline Circle CircleAbout(const Wm4::Vector3<double>& centre, const Wm4::Matrix3<double>& frame,
+                          int axis, double radius) {
+    Circle circle;
+    circle.centre = centre;
+    circle.axis = ColumnOf(frame, axis);
+    circle.e1 = ColumnOf(frame, (axis + 1) % 3);
+    circle.e2 = ColumnOf(frame, (axis + 2) % 3);
+    circle.radius = radius;
+    return circle;
+}
+
+// ---------------------------------------------------------------------------------------------
 // Gizmos and objects
 
 // A gizmo below a scene root, in mode, framed around its reference objects with frame's
@@ -223,6 +443,35 @@ inline mxPointer<mxMesh> MakeObject(const Wm4::Vector3<float>& position, mxNode*
         object->UpdateGS();
     }
     return object;
+}
+
+// The local position that puts a child of parent at world; parent is turned and moved, not
+// scaled.
+inline Wm4::Vector3<float> LocalPositionBelow(const mxNode& parent,
+                                              const Wm4::Vector3<float>& world) {
+    const mxGenericTransformation<float>& parentWorld = parent.getWorldTransform();
+    return ToFloat(ToDouble(parentWorld.GetRotate()).Transpose() *
+                   (ToDouble(world) - ToDouble(parentWorld.GetTranslate())));
+}
+
+// The world transformations of objects, in order.
+inline std::vector<mxGenericTransformation<float>>
+WorldsOf(const std::vector<mxPointer<mxMesh>>& objects) {
+    std::vector<mxGenericTransformation<float>> worlds;
+    for (const auto& object : objects) {
+        worlds.push_back(object->getWorldTransform());
+    }
+    return worlds;
+}
+
+// The mean of the positions of worlds: the centre of objects whose bounds have no radius.
+inline Wm4::Vector3<double>
+MeanPosition(const std::vector<mxGenericTransformation<float>>& worlds) {
+    Wm4::Vector3<double> sum(0.0, 0.0, 0.0);
+    for (const auto& world : worlds) {
+        sum += ToDouble(world.GetTranslate());
+    }
+    return sum / static_cast<double>(worlds.size());
 }
 
 } // namespace mx::test

@@ -38,29 +38,37 @@
 namespace {
 
 using namespace mx;
+using mx::test::Affine;
+using mx::test::AxisDrag;
 using mx::test::BitwiseEqual;
+using mx::test::Circle;
+using mx::test::CircleAbout;
 using mx::test::csPi;
 using mx::test::csPickTolerance;
 using mx::test::csViewHeight;
 using mx::test::csViewWidth;
+using mx::test::LocalPositionBelow;
+using mx::test::MakeLookAtCamera;
 using mx::test::MakeObject;
 using mx::test::MakeStandardCamera;
 using mx::test::MapsNear;
 using mx::test::MatrixNear;
-using mx::test::MeetPlane;
+using mx::test::MeanPosition;
 using mx::test::MouseAt;
 using mx::test::MouseAtPixel;
-using mx::test::PickRay;
-using mx::test::PickRayOf;
 using mx::test::PixelOf;
 using mx::test::PlacedGizmo;
-using mx::test::Radians;
+using mx::test::PressAxisDrag;
 using mx::test::RecordingListener;
 using mx::test::Rotation;
+using mx::test::ScaleFactor;
+using mx::test::ScaleTriple;
+using mx::test::ScalingAlong;
 using mx::test::ToDouble;
 using mx::test::ToFloat;
 using mx::test::UnitAxis;
 using mx::test::VectorNear;
+using mx::test::WorldsOf;
 
 using Vec2 = Wm4::Vector2<float>;
 using Vec3 = Wm4::Vector3<float>;
@@ -82,39 +90,12 @@ constexpr double csMatrixTolerance = 1e-5;
 // the drag plane matters.
 const Vec2 csAside(2.0f, -3.0f);
 
-Mat3d ToDouble(const Mat3& m) {
-    return Mat3d(m(0, 0), m(0, 1), m(0, 2), m(1, 0), m(1, 1), m(1, 2), m(2, 0), m(2, 1), m(2, 2));
-}
-
-Mat3 ToFloat(const Mat3d& m) {
-    Mat3 out;
-    for (int r = 0; r < 3; ++r) {
-        for (int c = 0; c < 3; ++c) {
-            out(r, c) = static_cast<float>(m(r, c));
-        }
-    }
-    return out;
-}
-
-Vec3d Column(const Mat3d& m, int c) {
-    return Vec3d(m(0, c), m(1, c), m(2, c));
-}
-
 bool Inside(const Vec2& mouse) {
     return mouse.X() >= 0.0f && mouse.X() <= 1.0f && mouse.Y() >= 0.0f && mouse.Y() <= 1.0f;
 }
 
 // ---------------------------------------------------------------------------------------------
 // Cameras
-
-// An eye at eye looking at target with +Y up, a 90-degree vertical field of view over the
-// square standard viewport.
-mxPointer<mxCamera> MakeLookAtCamera(const Vec3& eye, const Vec3& target) {
-    mxPointer<mxCamera> camera = new mxCamera(true);
-    camera->lookAt(eye, target, Vec3(0.0f, 1.0f, 0.0f));
-    camera->setFrustum(90.0f, 1.0f, 1.0f, 100.0f);
-    return camera;
-}
 
 // An orthographic camera at eye looking at target with +Y up, showing a box 16 units wide and
 // high: round numbers, and the gizmo's 60 pixels are then 4.8 units everywhere.
@@ -123,58 +104,6 @@ mxPointer<mxCamera> MakeOrthographicCamera(const Vec3& eye, const Vec3& target) 
     camera->lookAt(eye, target, Vec3(0.0f, 1.0f, 0.0f));
     camera->setFrustum(-8.0f, 8.0f, -8.0f, 8.0f, 1.0f, 100.0f);
     return camera;
-}
-
-// ---------------------------------------------------------------------------------------------
-// Axis drags done again in double
-
-// An axis drag done again in double. At the press, of the two planes through the axis (normals
-// axis + 1 and axis + 2 of the gizmo's frame) the drag runs in the one the pick ray meets most
-// face-on, the first on a tie, a hit behind the eye not counting. The mouse then selects the
-// point of the axis where its ray meets that plane.
-struct AxisDrag {
-    Vec3d centre;
-    Vec3d axis;
-    Vec3d normal;
-    Vec3d pressPoint;
-    bool found = false;
-
-    Vec3d pointUnder(const mxCamera& camera, const Vec2& mouse) const {
-        const PickRay ray = PickRayOf(camera, mouse);
-        double lineT = 0.0;
-        if (!MeetPlane(ray, normal, centre, lineT)) {
-            ADD_FAILURE() << "the ray runs along the drag plane";
-            return pressPoint;
-        }
-        const Vec3d hit = ray.origin + ray.direction * lineT;
-        return centre + axis * (hit - centre).Dot(axis);
-    }
-};
-
-AxisDrag PressAxisDrag(const mxCamera& camera, const Vec2& mouse, const Vec3d& centre,
-                       const Mat3d& frame, int axisIndex) {
-    AxisDrag drag;
-    drag.centre = centre;
-    drag.axis = Column(frame, axisIndex);
-    const PickRay ray = PickRayOf(camera, mouse);
-    double bestCos = -1.0;
-    for (int k = 1; k <= 2; ++k) {
-        const Vec3d normal = Column(frame, (axisIndex + k) % 3);
-        double lineT = 0.0;
-        if (!MeetPlane(ray, normal, centre, lineT) || lineT < 0.0) {
-            continue;
-        }
-        const double facing = std::fabs(normal.Dot(ray.direction));
-        if (facing > bestCos) {
-            bestCos = facing;
-            drag.normal = normal;
-            drag.found = true;
-        }
-    }
-    if (drag.found) {
-        drag.pressPoint = drag.pointUnder(camera, mouse);
-    }
-    return drag;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -203,13 +132,7 @@ struct Scene {
     mxGizmoNode* node() const { return gizmo.node; }
 
     // The objects' centre, from their world positions (their bounds have no radius).
-    Vec3d centre() const {
-        Vec3d sum(0.0, 0.0, 0.0);
-        for (const auto& object : objects) {
-            sum += ToDouble(object->getWorldTransform().GetTranslate());
-        }
-        return sum / static_cast<double>(objects.size());
-    }
+    Vec3d centre() const { return MeanPosition(WorldsOf(objects)); }
 
     // The tip of the gizmo's axis in world space, as the gizmo stands: its length carries the
     // screen-constant size.
@@ -232,11 +155,8 @@ private:
         made.push_back(MakeObject(centre + Vec3(1.5f, 0.5f, 0.5f)));
         made.push_back(MakeObject(centre + Vec3(-1.0f, 1.0f, -0.5f)));
         // The child's local position puts it at centre + (-0.5, -1.5, 0) in the world.
-        const Transform& parentWorld = parentNode->getWorldTransform();
-        const Mat3d rotation = ToDouble(parentWorld.GetRotate());
-        const Vec3d wanted = ToDouble(centre + Vec3(-0.5f, -1.5f, 0.0f));
-        const Vec3d local = rotation.Transpose() * (wanted - ToDouble(parentWorld.GetTranslate()));
-        made.push_back(MakeObject(ToFloat(local), parentNode));
+        made.push_back(MakeObject(
+            LocalPositionBelow(*parentNode, centre + Vec3(-0.5f, -1.5f, 0.0f)), parentNode));
         return made;
     }
 
@@ -299,15 +219,6 @@ void ExpectObjectsMovedBy(const Scene& scene, const Snapshot& start, const Trans
                           double positionTolerance) {
     ExpectObjectsMovedBy(scene, start, ToDouble(delta.GetFullMatrix()),
                          ToDouble(delta.GetTranslate()), positionTolerance);
-}
-
-// The same transformation (m, t) built as a general one, to compare an End transformation
-// with.
-Transform Affine(const Mat3d& m, const Vec3d& t) {
-    Transform out;
-    out.SetMatrix(ToFloat(m));
-    out.SetTranslate(ToFloat(t));
-    return out;
 }
 
 // What a drag leaves behind.
@@ -440,13 +351,10 @@ void DragScale(Scene& scene, const mxCamera& camera, int axis, float pressAlong,
         SCOPED_TRACE("move " + std::to_string(k));
         const Vec2 mouse = OnArrow(scene, camera, axis, movesAlong[k]);
         ASSERT_TRUE(Inside(mouse));
-        const double s = (expected.pointUnder(camera, mouse) - expected.pressPoint).Dot(arrow) /
-                         arrow.Dot(arrow);
-        const double factor = s >= 0.0 ? 1.0 + s : 1.0 / (1.0 - s);
-        scale = uniform ? Vec3d(factor, factor, factor) : Vec3d(1.0, 1.0, 1.0);
-        scale[axis] = factor;
-        // Scaling along the frame's columns about the centre: m = F diag(scale) F^T.
-        m = frame * Mat3d(scale.X(), scale.Y(), scale.Z()) * frame.Transpose();
+        scale =
+            ScaleTriple(axis, ScaleFactor(expected.lengthsDragged(camera, mouse, arrow)), uniform);
+        // Scaling along the frame's columns about the centre.
+        m = ScalingAlong(frame, scale);
         t = centre - m * centre;
         EXPECT_TRUE(controller.setMouseScalePos(node, &camera, mouse));
         ExpectObjectsMovedBy(scene, start, m, t, csPositionTolerance);
@@ -466,60 +374,16 @@ void DragScale(Scene& scene, const mxCamera& camera, int axis, float pressAlong,
 // ---------------------------------------------------------------------------------------------
 // Rotate drags
 
-// The circle about axis in the gizmo's frame: its centre, the axis, and e1, e2 spanning its
-// plane with e1 x e2 = axis, so that a growing angle turns right-handedly about the axis.
-struct Circle {
-    Vec3d centre;
-    Vec3d axis;
-    Vec3d e1;
-    Vec3d e2;
-    double radius;
-    // The angle of the circle's point nearest the eye: certainly on the half facing it.
-    double frontDegrees;
-
-    Vec3d pointAt(double degrees, double distance) const {
-        const double a = Radians(degrees);
-        return centre + (e1 * std::cos(a) + e2 * std::sin(a)) * distance;
-    }
-};
-
-Circle CircleOf(const Scene& scene, const mxCamera& camera, int axis) {
-    const Mat3d frame = ToDouble(scene.frame);
-    Circle circle;
-    circle.centre = ToDouble(scene.node()->getGizmoPosition());
-    circle.axis = Column(frame, axis);
-    circle.e1 = Column(frame, (axis + 1) % 3);
-    circle.e2 = Column(frame, (axis + 2) % 3);
-    circle.radius = (scene.axisTip(axis) - circle.centre).Length();
-    const Vec3d toEye = ToDouble(camera.getLocation()) - circle.centre;
-    circle.frontDegrees = std::atan2(toEye.Dot(circle.e2), toEye.Dot(circle.e1)) * 180.0 / csPi;
-    return circle;
+// The circle about axis of the gizmo as the scene frames it.
+Circle CircleOf(const Scene& scene, int axis) {
+    const Vec3d centre = ToDouble(scene.node()->getGizmoPosition());
+    return CircleAbout(centre, ToDouble(scene.frame), axis,
+                       (scene.axisTip(axis) - centre).Length());
 }
 
-// Where the mouse's pick ray meets the circle's plane.
-Vec3d OnCirclePlane(const Circle& circle, const mxCamera& camera, const Vec2& mouse) {
-    const PickRay ray = PickRayOf(camera, mouse);
-    double lineT = 0.0;
-    EXPECT_TRUE(MeetPlane(ray, circle.axis, circle.centre, lineT));
-    return ray.origin + ray.direction * lineT;
-}
-
-// The angle about the circle's axis from the press direction to the mouse's, rounded to 5
-// degrees, in radians.
-double SweptAngle(const Circle& circle, const mxCamera& camera, const Vec3d& pressPoint,
-                  const Vec2& mouse) {
-    Vec3d v = pressPoint - circle.centre;
-    Vec3d u = OnCirclePlane(circle, camera, mouse) - circle.centre;
-    v.Normalize();
-    u.Normalize();
-    const double angle = std::atan2(circle.axis.Cross(v).Dot(u), v.Dot(u));
-    const double step = csPi / 36.0;
-    return std::round(angle / step) * step;
-}
-
-// The mouse over the point of the circle's plane at degrees from e1, on the circle.
+// The mouse over the point of the circle at degrees from e1.
 Vec2 OnCircle(const Circle& circle, const mxCamera& camera, double degrees) {
-    return MouseAt(camera, ToFloat(circle.pointAt(degrees, circle.radius)));
+    return MouseAt(camera, ToFloat(circle.pointAt(degrees)));
 }
 
 // Hover over the circle about axis at pressDegrees from its point nearest the eye, press,
@@ -536,8 +400,8 @@ void DragRotate(Scene& scene, const mxCamera& camera, int axis,
     std::vector<mx3DManipulatorMotionListener*> listeners{&listener};
     mxGizmoControllerRotate controller(listeners);
     mxGizmoNode* node = scene.node();
-    const Circle circle = CircleOf(scene, camera, axis);
-    const double pressAngle = circle.frontDegrees + pressDegrees;
+    const Circle circle = CircleOf(scene, axis);
+    const double pressAngle = circle.frontDegrees(camera) + pressDegrees;
 
     const Vec2 press = OnCircle(circle, camera, pressAngle);
     ASSERT_TRUE(Inside(press));
@@ -546,7 +410,7 @@ void DragRotate(Scene& scene, const mxCamera& camera, int axis,
     ASSERT_EQ(axis, controller.getPickedAxe());
 
     const Snapshot start = Take(scene);
-    const Vec3d pressPoint = OnCirclePlane(circle, camera, press);
+    const Vec3d pressPoint = circle.onPlane(camera, press);
     const Vec3 axisF = ToFloat(circle.axis);
     const Vec3 centreF = node->getGizmoPosition();
     controller.setMousePressed(node, &camera, press, csViewWidth, csViewHeight);
@@ -560,7 +424,7 @@ void DragRotate(Scene& scene, const mxCamera& camera, int axis,
         SCOPED_TRACE("move " + std::to_string(k));
         mouse = OnCircle(circle, camera, pressAngle + sweepsDegrees[k]);
         ASSERT_TRUE(Inside(mouse));
-        angle = SweptAngle(circle, camera, pressPoint, mouse);
+        angle = circle.sweptAngle(camera, pressPoint, mouse);
         mxGizmoNode::ComputeRotation(axisF, static_cast<float>(angle), centreF, turn);
         EXPECT_TRUE(controller.setMousePos(node, &camera, mouse, csViewWidth, csViewHeight));
         ExpectObjectsMovedBy(scene, start, turn, csRotationTolerance);
@@ -860,8 +724,9 @@ TEST(mxGizmoControllerDragTest, RotateAwayAndBackToThePressPointRestoresTheObjec
     std::vector<mx3DManipulatorMotionListener*> listeners{&listener};
     mxGizmoControllerRotate controller(listeners);
     mxGizmoNode* node = scene.node();
-    const Circle circle = CircleOf(scene, *camera, Y);
-    const Vec2 press = OnCircle(circle, *camera, circle.frontDegrees);
+    const Circle circle = CircleOf(scene, Y);
+    const double front = circle.frontDegrees(*camera);
+    const Vec2 press = OnCircle(circle, *camera, front);
     ASSERT_TRUE(controller.updateRotateHover(node, camera.get(), press, csPickTolerance,
                                              csViewWidth, csViewHeight));
     ASSERT_EQ(Y, controller.getPickedAxe());
@@ -869,8 +734,8 @@ TEST(mxGizmoControllerDragTest, RotateAwayAndBackToThePressPointRestoresTheObjec
     controller.setMousePressed(node, camera.get(), press, csViewWidth, csViewHeight);
     for (double sweep : {40.0, 90.0, 135.0}) {
         ASSERT_TRUE(controller.setMousePos(node, camera.get(),
-                                           OnCircle(circle, *camera, circle.frontDegrees + sweep),
-                                           csViewWidth, csViewHeight));
+                                           OnCircle(circle, *camera, front + sweep), csViewWidth,
+                                           csViewHeight));
     }
     ASSERT_FALSE(BitwiseEqual(scene.objects[0]->getWorldTransform(), start.worlds[0]));
 

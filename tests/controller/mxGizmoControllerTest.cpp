@@ -7,21 +7,16 @@
 
 #include "controller/mxGizmoController.h"
 #include "node/mxGizmoNode.h"
-#include "node/mxGizmoNodeRotate.h"
-#include "node/mxGizmoNodeScale.h"
-#include "node/mxGizmoNodeTranslate.h"
 #include "rendering/mxEngine.h"
 #include "scenegraph/mxCamera.h"
 #include "scenegraph/mxCameraNode.h"
 #include "scenegraph/mxGenericTransformation.h"
-#include "scenegraph/mxLine.h"
 #include "scenegraph/mxMesh.h"
 #include "scenegraph/mxNode.h"
 #include "scenegraph/mxPointer.h"
 #include "scenegraph/mxScene.h"
 #include "scenegraph/mxSpatial.h"
 #include "wm4/Wm4ColorRGB.h"
-#include "wm4/Wm4ColorRGBA.h"
 #include "wm4/Wm4Matrix3.h"
 #include "wm4/Wm4Vector2.h"
 #include "wm4/Wm4Vector3.h"
@@ -42,18 +37,20 @@ namespace {
 
 using namespace mx;
 using mx::test::BitwiseEqual;
+using mx::test::ColumnOf;
 using mx::test::csViewHeight;
 using mx::test::csViewWidth;
-using mx::test::HoveredColor;
 using mx::test::MakeObject;
 using mx::test::MakeStandardCamera;
 using mx::test::MatrixNear;
-using mx::test::NormalColor;
 using mx::test::PixelOf;
 using mx::test::Radians;
 using mx::test::RecordingListener;
 using mx::test::Rotation;
+using mx::test::ShowsHover;
 using mx::test::VectorNear;
+using mx::test::WindowPixel;
+using mx::test::WindowPixelOf;
 
 using Vec2 = Wm4::Vector2<float>;
 using Vec3 = Wm4::Vector3<float>;
@@ -69,26 +66,12 @@ constexpr double csPositionTolerance = 1e-4;
 // Entries of rotation matrices after a handful of float operations.
 constexpr double csRotationTolerance = 1e-5;
 
-// A window pixel, as the mouse calls take it: origin at the top left, y downwards.
-struct Pixel {
-    int x;
-    int y;
-};
-
-// The window pixel whose centre lies nearest to position, given in pixels from the lower left
-// (as PixelOf gives it); that centre is at most half a pixel off on each axis.
-Pixel WindowPixelAt(const Vec2& position) {
-    return Pixel{
-        static_cast<int>(std::lround(position.X() - 0.5f)),
-        static_cast<int>(std::lround(static_cast<float>(csViewHeight) - 0.5f - position.Y()))};
-}
-
-Pixel Shifted(const Pixel& pixel, int dx, int dy) {
-    return Pixel{pixel.x + dx, pixel.y + dy};
+WindowPixel Shifted(const WindowPixel& pixel, int dx, int dy) {
+    return WindowPixel{pixel.x + dx, pixel.y + dy};
 }
 
 // Near the top left corner: far from every gizmo of these tests, which stand near the middle.
-constexpr Pixel csNowhere{5, 5};
+constexpr WindowPixel csNowhere{5, 5};
 
 // Points of the handles in a gizmo's own frame, where one unit is the length of an axis: 0.6 of
 // the way along the X and the Y axis (translate and scale), and points of the rotate circles
@@ -98,39 +81,13 @@ const Vec3 csYHandle(0.0f, 0.6f, 0.0f);
 const Vec3 csYCircle(0.5f, 0.0f, 0.8660254f);
 const Vec3 csZCircle(0.8f, 0.6f, 0.0f);
 
-// The line that shows the handle of axis in the gizmo's current mode: the translate shaft, the
-// rotate circle or the scale shaft.
-const mxLine* HandleLine(const mxGizmoNode& gizmo, unsigned int axis) {
-    switch (gizmo.getMode()) {
-    case mxGizmoNode::GIZMO_TRANSLATE:
-        return gizmo.getTranslateGizmo().getAxis(axis);
-    case mxGizmoNode::GIZMO_ROTATE:
-        return gizmo.getRotateGizmo().getCircle(axis);
-    default:
-        return gizmo.getScaleGizmo().getAxis(axis);
-    }
-}
-
-// Success when the handle of axis hovered shows its hovered shade and the two others their
-// normal colour; with hovered -1, when all three show their normal colour.
-::testing::AssertionResult HighlightIs(const mxGizmoNode& gizmo, int hovered) {
-    for (unsigned int axis = 0; axis < 3; ++axis) {
-        const Wm4::ColorRGBA expected =
-            static_cast<int>(axis) == hovered ? HoveredColor(axis) : NormalColor(axis);
-        const Wm4::ColorRGBA& actual = HandleLine(gizmo, axis)->getColor();
-        if (!(actual == expected)) {
-            return ::testing::AssertionFailure()
-                   << "axis " << axis << " has (" << actual.R() << ", " << actual.G() << ", "
-                   << actual.B() << "), expected the "
-                   << (static_cast<int>(axis) == hovered ? "hovered" : "normal") << " colour";
-        }
-    }
-    return ::testing::AssertionSuccess();
-}
-
-// Column c of m.
-Vec3 Column(const Mat3& m, int c) {
-    return Vec3(m(0, c), m(1, c), m(2, c));
+// The custom transformation of the tests that place a gizmo at one: turned about a slanted
+// axis, away from the objects.
+Transform TurnedCustom() {
+    Transform custom;
+    custom.SetRotate(Rotation(1.0f, 2.0f, 3.0f, 0.7f));
+    custom.SetTranslate(Vec3(2.0f, -1.0f, 1.0f));
+    return custom;
 }
 
 // The standard view in an engine: the eye at (0, 0, 10) looking down -Z, a 90-degree field of
@@ -173,35 +130,51 @@ protected:
     }
 
     // The window pixel over a point of the gizmo's own frame, as last placed.
-    Pixel PixelOver(const mxGizmoNode& gizmo, const Vec3& local) const {
-        return WindowPixelAt(PixelOf(*camera, gizmo.getWorldTransform().ApplyForward(local, true)));
+    WindowPixel PixelOver(const mxGizmoNode& gizmo, const Vec3& local) const {
+        return WindowPixelOf(*camera, gizmo.getWorldTransform().ApplyForward(local, true));
     }
 
-    bool Press(const Pixel& pixel) {
+    bool Press(const WindowPixel& pixel) {
         return controller.setMousePressed(camera.get(), pixel.x, pixel.y, csViewWidth,
                                           csViewHeight);
     }
-    bool Move(const Pixel& pixel) { return controller.setMousePos(pixel.x, pixel.y); }
-    bool Release(const Pixel& pixel) { return controller.setMouseReleased(pixel.x, pixel.y); }
+    bool Move(const WindowPixel& pixel) { return controller.setMousePos(pixel.x, pixel.y); }
+    bool Release(const WindowPixel& pixel) { return controller.setMouseReleased(pixel.x, pixel.y); }
+
+    // A whole drag from pixel by dx pixels to the right, recorded only: the press, one move
+    // and the release there. Returns what the press answered.
+    bool RecordDrag(const WindowPixel& pixel, int dx) {
+        const bool onGizmo = Press(pixel);
+        Move(Shifted(pixel, dx, 0));
+        Release(Shifted(pixel, dx, 0));
+        return onGizmo;
+    }
 
     // A whole drag of the gizmo's X handle by dx pixels to the right, recorded before one frame,
     // then that frame.
     void DragXHandle(const mxGizmoNode& gizmo, int dx) {
-        const Pixel start = PixelOver(gizmo, csXHandle);
-        EXPECT_TRUE(Press(start));
-        Move(Shifted(start, dx, 0));
-        Release(Shifted(start, dx, 0));
+        EXPECT_TRUE(RecordDrag(PixelOver(gizmo, csXHandle), dx));
         engine.updateFrame();
+    }
+
+    // No axis picked: index -1, black colours and a zero axis.
+    void ExpectNothingPicked(const mxGizmoNode* asked) {
+        EXPECT_EQ(-1, controller.getPickedAxeIndex(asked));
+        EXPECT_EQ(Wm4::ColorRGB::BLACK, controller.getPickedAxeColor(asked));
+        EXPECT_EQ(Wm4::ColorRGB::BLACK, controller.getPickedAxeHighlightColor(asked));
+        EXPECT_EQ(Vec3::ZERO, controller.getPickedWorldAxe(asked));
     }
 
     // Scenes shared by several tests; each fills the members below it names.
 
-    // object at the origin and a translate gizmo around it, placed by a first frame.
-    void PlaceAtOrigin() {
+    // object at the origin and a gizmo in mode around it, placed by a first frame; xHandle
+    // over its X handle.
+    void PlaceAtOrigin(GizmoMode mode = mxGizmoNode::GIZMO_TRANSLATE) {
         object = AddObject(Vec3::ZERO);
         objectAtStart = object->getWorldTransform();
-        gizmo = AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {object});
+        gizmo = AddGizmo(mode, {object});
         engine.updateFrame();
+        xHandle = PixelOver(*gizmo, csXHandle);
     }
 
     // A translate gizmo around an object at (0, 1, 2), placed by a first frame. Its centre is
@@ -217,7 +190,7 @@ protected:
     Vec2 Centre() const { return PixelOf(*camera, gizmo->getWorldTransform().GetTranslate()); }
 
     // object at (-3, 0, 0) and a translate gizmo around it that the Custom orientation places at
-    // the custom translation (2, 1, 0), by a first frame.
+    // the custom translation (2, 1, 0), by a first frame; xHandle over its X handle.
     void PlaceCustom() {
         object = AddObject(Vec3(-3.0f, 0.0f, 0.0f));
         gizmo = AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {object});
@@ -226,6 +199,7 @@ protected:
         controller.setCustomTransformation(custom);
         controller.setOrientationReference(mxGizmoController::Custom);
         engine.updateFrame();
+        xHandle = PixelOver(*gizmo, csXHandle);
     }
 
     // object below a parent turned 30 degrees about Z, 3 units below the eye's line of sight:
@@ -241,18 +215,23 @@ protected:
         object = AddObject(Vec3::ZERO, parent.get());
     }
 
-    // After MakeTurnedParent: hovers over the Y handle of a new gizmo in mode and checks the
-    // picked-axis accessors, then presses there and checks them again while the button is held
-    // (the drag controllers learn the gizmo's frame at the press).
-    void CheckYHandle(GizmoMode mode) {
+    // MakeTurnedParent, then a gizmo in mode around object, placed by a first frame.
+    void PlaceBelowTurnedParent(GizmoMode mode) {
+        MakeTurnedParent();
         gizmo = AddGizmo(mode, {object});
         engine.updateFrame();
-        const Pixel handle =
-            PixelOver(*gizmo, mode == mxGizmoNode::GIZMO_ROTATE ? csYCircle : csYHandle);
+    }
+
+    // After PlaceBelowTurnedParent: hovers over the gizmo's Y handle and checks the picked-axis
+    // accessors, then presses there and checks them again while the button is held (the drag
+    // controllers learn the gizmo's frame at the press).
+    void CheckYHandle() {
+        const WindowPixel handle = PixelOver(
+            *gizmo, gizmo->getMode() == mxGizmoNode::GIZMO_ROTATE ? csYCircle : csYHandle);
 
         Move(handle);
         engine.updateFrame();
-        ASSERT_TRUE(HighlightIs(*gizmo, 1));
+        ASSERT_TRUE(ShowsHover(*gizmo, 1));
         EXPECT_EQ(1, controller.getPickedAxeIndex(gizmo));
         EXPECT_EQ(mxGizmoNode::csColors[1], controller.getPickedAxeColor(gizmo));
         EXPECT_EQ(mxGizmoNode::csColorsHighlight[1], controller.getPickedAxeHighlightColor(gizmo));
@@ -262,7 +241,7 @@ protected:
         EXPECT_EQ(1, controller.getPickedAxeIndex(gizmo));
         EXPECT_EQ(mxGizmoNode::csColors[1], controller.getPickedAxeColor(gizmo));
         EXPECT_EQ(mxGizmoNode::csColorsHighlight[1], controller.getPickedAxeHighlightColor(gizmo));
-        const Vec3 worldY = Column(gizmo->getWorldTransform().GetRotate(), 1);
+        const Vec3 worldY = ColumnOf(gizmo->getWorldTransform().GetRotate(), 1);
         EXPECT_TRUE(VectorNear(worldY, Vec3(-0.5f, 0.8660254f, 0.0f), csRotationTolerance));
         EXPECT_TRUE(VectorNear(controller.getPickedWorldAxe(gizmo), worldY, csRotationTolerance));
     }
@@ -298,6 +277,7 @@ protected:
     // The world (and local) transformation object was made with.
     Transform objectAtStart;
     mxGizmoNode* gizmo = nullptr;
+    WindowPixel xHandle;
     mxPointer<mxNode> parent;
     Mat3 turn = Mat3::IDENTITY;
     mxSpatial* child = nullptr;
@@ -324,20 +304,20 @@ TEST_F(mxGizmoControllerTest, PressTenPixelsFromAnAxisHitsAndElevenPixelsMisses)
     ASSERT_EQ(112.5f, Centre().Y());
     // Window row 77 has its centre at 199.5 - 77 = 122.5 from the bottom: 10 pixels above the
     // X axis; row 76 is 11 pixels above it. Column 130 lies halfway along the axis.
-    EXPECT_TRUE(Press(Pixel{130, 77}));
-    EXPECT_FALSE(Press(Pixel{130, 76}));
+    EXPECT_TRUE(Press(WindowPixel{130, 77}));
+    EXPECT_FALSE(Press(WindowPixel{130, 76}));
 }
 
 TEST_F(mxGizmoControllerTest, HoverTakesTheSameTenPixels) {
     PlaceOnAPixelEdge();
-    Move(Pixel{130, 77});
+    Move(WindowPixel{130, 77});
     engine.updateFrame();
-    EXPECT_TRUE(HighlightIs(*gizmo, 0));
+    EXPECT_TRUE(ShowsHover(*gizmo, 0));
     EXPECT_EQ(0, controller.getPickedAxeIndex(gizmo));
 
-    Move(Pixel{130, 76});
+    Move(WindowPixel{130, 76});
     engine.updateFrame();
-    EXPECT_TRUE(HighlightIs(*gizmo, -1));
+    EXPECT_TRUE(ShowsHover(*gizmo, -1));
     EXPECT_EQ(-1, controller.getPickedAxeIndex(gizmo));
 }
 
@@ -348,10 +328,10 @@ TEST_F(mxGizmoControllerTest, PressRowsAreCountedFromTheTopAndTakenAtTheirCentre
     // Rows 77 and 97 have their centres 10 pixels above and below the X axis (122.5 and 102.5
     // from the bottom); rows 76 and 98 are 11 pixels off. Counting from the bottom, or at the
     // pixel's edge instead of its centre, moves one of each pair across the tolerance.
-    EXPECT_FALSE(Press(Pixel{130, 76}));
-    EXPECT_TRUE(Press(Pixel{130, 77}));
-    EXPECT_TRUE(Press(Pixel{130, 97}));
-    EXPECT_FALSE(Press(Pixel{130, 98}));
+    EXPECT_FALSE(Press(WindowPixel{130, 76}));
+    EXPECT_TRUE(Press(WindowPixel{130, 77}));
+    EXPECT_TRUE(Press(WindowPixel{130, 97}));
+    EXPECT_FALSE(Press(WindowPixel{130, 98}));
 }
 
 // The object at (1, 1, 2) puts the Y axis along the pixel column 112.5 from the left.
@@ -364,10 +344,10 @@ TEST_F(mxGizmoControllerTest, PressColumnsAreCountedFromTheLeftAndTakenAtTheirCe
 
     // Row 57 is halfway up the Y axis. Columns 102 and 122 have their centres 10 pixels left
     // and right of it; columns 101 and 123 are 11 pixels off.
-    EXPECT_FALSE(Press(Pixel{101, 57}));
-    EXPECT_TRUE(Press(Pixel{102, 57}));
-    EXPECT_TRUE(Press(Pixel{122, 57}));
-    EXPECT_FALSE(Press(Pixel{123, 57}));
+    EXPECT_FALSE(Press(WindowPixel{101, 57}));
+    EXPECT_TRUE(Press(WindowPixel{102, 57}));
+    EXPECT_TRUE(Press(WindowPixel{122, 57}));
+    EXPECT_FALSE(Press(WindowPixel{123, 57}));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -375,18 +355,18 @@ TEST_F(mxGizmoControllerTest, PressColumnsAreCountedFromTheLeftAndTakenAtTheirCe
 
 TEST_F(mxGizmoControllerTest, SetMousePressedAnswersAtOnceWhetherThePressIsOnAGizmo) {
     PlaceAtOrigin();
-    EXPECT_TRUE(Press(PixelOver(*gizmo, csXHandle)));
+    EXPECT_TRUE(Press(xHandle));
     EXPECT_TRUE(Press(PixelOver(*gizmo, csYHandle)));
     EXPECT_FALSE(Press(csNowhere));
     // Nothing was replayed yet: the presses are only recorded.
     EXPECT_TRUE(listener.events.empty());
-    EXPECT_TRUE(HighlightIs(*gizmo, -1));
+    EXPECT_TRUE(ShowsHover(*gizmo, -1));
 }
 
 TEST_F(mxGizmoControllerTest, PressBeforeAnyFrameFindsNoGizmo) {
     // Not collected yet: the hit test only knows the gizmos of the last frame.
     gizmo = AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {AddObject(Vec3::ZERO)});
-    EXPECT_FALSE(Press(Pixel{105, 100}));
+    EXPECT_FALSE(Press(WindowPixel{105, 100}));
     controller.clearControllerEvents();
 
     engine.updateFrame();
@@ -395,24 +375,22 @@ TEST_F(mxGizmoControllerTest, PressBeforeAnyFrameFindsNoGizmo) {
 
 TEST_F(mxGizmoControllerTest, SetMousePosReturnsTheFlagOfTheLastPressUnchanged) {
     PlaceAtOrigin();
-    const Pixel handle = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(handle));
+    ASSERT_TRUE(Press(xHandle));
     EXPECT_TRUE(Move(csNowhere));
-    EXPECT_TRUE(Move(handle));
-    EXPECT_TRUE(Release(handle));
-    EXPECT_FALSE(Move(handle));
+    EXPECT_TRUE(Move(xHandle));
+    EXPECT_TRUE(Release(xHandle));
+    EXPECT_FALSE(Move(xHandle));
 
     ASSERT_FALSE(Press(csNowhere));
-    EXPECT_FALSE(Move(handle));
+    EXPECT_FALSE(Move(xHandle));
     EXPECT_FALSE(Move(csNowhere));
 }
 
 TEST_F(mxGizmoControllerTest, SetMouseReleasedReturnsTrueOnceAfterAPressOnAGizmo) {
     PlaceAtOrigin();
-    const Pixel handle = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(handle));
-    EXPECT_TRUE(Release(handle));
-    EXPECT_FALSE(Release(handle));
+    ASSERT_TRUE(Press(xHandle));
+    EXPECT_TRUE(Release(xHandle));
+    EXPECT_FALSE(Release(xHandle));
 
     ASSERT_FALSE(Press(csNowhere));
     EXPECT_FALSE(Release(csNowhere));
@@ -420,10 +398,7 @@ TEST_F(mxGizmoControllerTest, SetMouseReleasedReturnsTrueOnceAfterAPressOnAGizmo
 
 TEST_F(mxGizmoControllerTest, PressMoveAndReleaseBeforeOneFrameAreAllReplayedInIt) {
     PlaceAtOrigin();
-    const Pixel start = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(start));
-    Move(Shifted(start, 20, 0));
-    Release(Shifted(start, 20, 0));
+    ASSERT_TRUE(RecordDrag(xHandle, 20));
     // Recorded only.
     EXPECT_TRUE(listener.events.empty());
     EXPECT_TRUE(BitwiseEqual(object->getWorldTransform(), objectAtStart));
@@ -447,23 +422,22 @@ TEST_F(mxGizmoControllerTest, PressMoveAndReleaseBeforeOneFrameAreAllReplayedInI
 
 TEST_F(mxGizmoControllerTest, EachMoveOfADragIsReplayedInTheFrameAfterIt) {
     PlaceAtOrigin();
-    const Pixel start = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(start));
+    ASSERT_TRUE(Press(xHandle));
     engine.updateFrame();
     EXPECT_EQ((Words{"translateStart", "manipulated"}), listener.events);
 
-    Move(Shifted(start, 10, 0));
+    Move(Shifted(xHandle, 10, 0));
     engine.updateFrame();
     EXPECT_TRUE(VectorNear(object->getWorldTransform().GetTranslate(), Vec3(1.0f, 0.0f, 0.0f),
                            csPositionTolerance));
     EXPECT_EQ((Words{"translateStart", "manipulated", "manipulated"}), listener.events);
 
-    Move(Shifted(start, 30, 0));
+    Move(Shifted(xHandle, 30, 0));
     engine.updateFrame();
     EXPECT_TRUE(VectorNear(object->getWorldTransform().GetTranslate(), Vec3(3.0f, 0.0f, 0.0f),
                            csPositionTolerance));
 
-    Release(Shifted(start, 30, 0));
+    Release(Shifted(xHandle, 30, 0));
     engine.updateFrame();
     EXPECT_EQ((Words{"translateStart", "manipulated", "manipulated", "manipulated", "translateEnd",
                      "manipulated"}),
@@ -553,9 +527,7 @@ TEST_F(mxGizmoControllerTest, TranslateGestureGoesToTheTranslateController) {
 }
 
 TEST_F(mxGizmoControllerTest, RotateGestureGoesToTheRotateController) {
-    object = AddObject(Vec3::ZERO);
-    gizmo = AddGizmo(mxGizmoNode::GIZMO_ROTATE, {object});
-    engine.updateFrame();
+    PlaceAtOrigin(mxGizmoNode::GIZMO_ROTATE);
 
     // From (0.8, 0.6) to (-0.6, 0.8) on the circle about Z, which faces the eye: a quarter
     // turn counter-clockwise.
@@ -571,9 +543,7 @@ TEST_F(mxGizmoControllerTest, RotateGestureGoesToTheRotateController) {
 }
 
 TEST_F(mxGizmoControllerTest, ScaleGestureGoesToTheScaleController) {
-    object = AddObject(Vec3::ZERO);
-    gizmo = AddGizmo(mxGizmoNode::GIZMO_SCALE, {object});
-    engine.updateFrame();
+    PlaceAtOrigin(mxGizmoNode::GIZMO_SCALE);
 
     // The scale handles are picked like the translate ones, and a press announces both starts.
     DragXHandle(*gizmo, 20);
@@ -587,48 +557,38 @@ TEST_F(mxGizmoControllerTest, ScaleGestureGoesToTheScaleController) {
 // Picked axis
 
 TEST_F(mxGizmoControllerTest, PickedAxisAccessorsGiveTheYHandleInTranslateMode) {
-    MakeTurnedParent();
-    CheckYHandle(mxGizmoNode::GIZMO_TRANSLATE);
+    PlaceBelowTurnedParent(mxGizmoNode::GIZMO_TRANSLATE);
+    CheckYHandle();
 }
 
 TEST_F(mxGizmoControllerTest, PickedAxisAccessorsGiveTheYCircleInRotateMode) {
-    MakeTurnedParent();
-    CheckYHandle(mxGizmoNode::GIZMO_ROTATE);
+    PlaceBelowTurnedParent(mxGizmoNode::GIZMO_ROTATE);
+    CheckYHandle();
 }
 
 TEST_F(mxGizmoControllerTest, PickedAxisAccessorsGiveTheYHandleInScaleMode) {
-    MakeTurnedParent();
-    CheckYHandle(mxGizmoNode::GIZMO_SCALE);
+    PlaceBelowTurnedParent(mxGizmoNode::GIZMO_SCALE);
+    CheckYHandle();
 }
 
 TEST_F(mxGizmoControllerTest, PickedAxisAccessorsGiveNothingBeforeAnyHover) {
-    MakeTurnedParent();
-    gizmo = AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {object});
-    engine.updateFrame();
+    PlaceBelowTurnedParent(mxGizmoNode::GIZMO_TRANSLATE);
     for (GizmoMode mode :
          {mxGizmoNode::GIZMO_TRANSLATE, mxGizmoNode::GIZMO_ROTATE, mxGizmoNode::GIZMO_SCALE}) {
         SCOPED_TRACE(static_cast<int>(mode));
         gizmo->setMode(mode);
-        EXPECT_EQ(-1, controller.getPickedAxeIndex(gizmo));
-        EXPECT_EQ(Wm4::ColorRGB::BLACK, controller.getPickedAxeColor(gizmo));
-        EXPECT_EQ(Wm4::ColorRGB::BLACK, controller.getPickedAxeHighlightColor(gizmo));
-        EXPECT_EQ(Vec3::ZERO, controller.getPickedWorldAxe(gizmo));
+        ExpectNothingPicked(gizmo);
     }
 }
 
 TEST_F(mxGizmoControllerTest, PickedAxisAccessorsGiveNothingAfterHoveringAway) {
-    MakeTurnedParent();
-    gizmo = AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {object});
-    engine.updateFrame();
-    const Pixel handle = PixelOver(*gizmo, csYHandle);
+    PlaceBelowTurnedParent(mxGizmoNode::GIZMO_TRANSLATE);
+    const WindowPixel handle = PixelOver(*gizmo, csYHandle);
     ASSERT_TRUE(Press(handle));
     Release(handle);
     Move(csNowhere);
     engine.updateFrame();
-    EXPECT_EQ(-1, controller.getPickedAxeIndex(gizmo));
-    EXPECT_EQ(Wm4::ColorRGB::BLACK, controller.getPickedAxeColor(gizmo));
-    EXPECT_EQ(Wm4::ColorRGB::BLACK, controller.getPickedAxeHighlightColor(gizmo));
-    EXPECT_EQ(Vec3::ZERO, controller.getPickedWorldAxe(gizmo));
+    ExpectNothingPicked(gizmo);
 }
 
 TEST_F(mxGizmoControllerTest, PickedAxisAccessorsGiveNothingForAGizmoWithoutModeOrNull) {
@@ -645,10 +605,7 @@ TEST_F(mxGizmoControllerTest, PickedAxisAccessorsGiveNothingForAGizmoWithoutMode
     for (const mxGizmoNode* asked :
          {static_cast<const mxGizmoNode*>(idle), static_cast<const mxGizmoNode*>(nullptr)}) {
         SCOPED_TRACE(asked ? "GIZMO_NONE" : "null");
-        EXPECT_EQ(-1, controller.getPickedAxeIndex(asked));
-        EXPECT_EQ(Wm4::ColorRGB::BLACK, controller.getPickedAxeColor(asked));
-        EXPECT_EQ(Wm4::ColorRGB::BLACK, controller.getPickedAxeHighlightColor(asked));
-        EXPECT_EQ(Vec3::ZERO, controller.getPickedWorldAxe(asked));
+        ExpectNothingPicked(asked);
     }
 }
 
@@ -657,36 +614,35 @@ TEST_F(mxGizmoControllerTest, PickedAxisAccessorsGiveNothingForAGizmoWithoutMode
 
 TEST_F(mxGizmoControllerTest, PressOnNothingMakesTheMovesDoNothingAndTheReleaseHover) {
     PlaceAtOrigin();
-    const Pixel handle = PixelOver(*gizmo, csXHandle);
     ASSERT_FALSE(Press(csNowhere));
-    Move(handle);
-    Move(Shifted(handle, 20, 0));
+    Move(xHandle);
+    Move(Shifted(xHandle, 20, 0));
     engine.updateFrame();
     // A button is down: the moves do not even hover.
-    EXPECT_TRUE(HighlightIs(*gizmo, -1));
+    EXPECT_TRUE(ShowsHover(*gizmo, -1));
     EXPECT_TRUE(BitwiseEqual(object->getWorldTransform(), objectAtStart));
     EXPECT_TRUE(BitwiseEqual(object->getLocalTransform(), objectAtStart));
 
-    Release(handle);
+    Release(xHandle);
     engine.updateFrame();
-    EXPECT_TRUE(HighlightIs(*gizmo, 0));
+    EXPECT_TRUE(ShowsHover(*gizmo, 0));
     EXPECT_TRUE(BitwiseEqual(object->getWorldTransform(), objectAtStart));
     EXPECT_TRUE(listener.events.empty());
 }
 
 TEST_F(mxGizmoControllerTest, MovesWithoutAButtonHighlightTheAxisUnderTheMouse) {
     PlaceAtOrigin();
-    Move(PixelOver(*gizmo, csXHandle));
+    Move(xHandle);
     engine.updateFrame();
-    EXPECT_TRUE(HighlightIs(*gizmo, 0));
+    EXPECT_TRUE(ShowsHover(*gizmo, 0));
 
     Move(PixelOver(*gizmo, csYHandle));
     engine.updateFrame();
-    EXPECT_TRUE(HighlightIs(*gizmo, 1));
+    EXPECT_TRUE(ShowsHover(*gizmo, 1));
 
     Move(csNowhere);
     engine.updateFrame();
-    EXPECT_TRUE(HighlightIs(*gizmo, -1));
+    EXPECT_TRUE(ShowsHover(*gizmo, -1));
 
     // Hovering touches no gizmo: nobody hears anything.
     EXPECT_TRUE(listener.events.empty());
@@ -695,32 +651,30 @@ TEST_F(mxGizmoControllerTest, MovesWithoutAButtonHighlightTheAxisUnderTheMouse) 
 
 TEST_F(mxGizmoControllerTest, ReleaseOnTheHandleLeavesItHighlighted) {
     PlaceAtOrigin();
-    const Pixel handle = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(handle));
-    Release(handle);
+    ASSERT_TRUE(Press(xHandle));
+    Release(xHandle);
     engine.updateFrame();
-    EXPECT_TRUE(HighlightIs(*gizmo, 0));
+    EXPECT_TRUE(ShowsHover(*gizmo, 0));
     EXPECT_EQ(0, controller.getPickedAxeIndex(gizmo));
 }
 
 TEST_F(mxGizmoControllerTest, ReleaseAwayFromTheHandlesPutsTheNormalColoursBack) {
     PlaceAtOrigin();
-    const Pixel handle = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(handle));
-    Move(handle);
+    ASSERT_TRUE(Press(xHandle));
+    Move(xHandle);
     Release(csNowhere);
     engine.updateFrame();
-    EXPECT_TRUE(HighlightIs(*gizmo, -1));
+    EXPECT_TRUE(ShowsHover(*gizmo, -1));
 }
 
 TEST_F(mxGizmoControllerTest, ReleaseHoversAtTheReleasePosition) {
     PlaceAtOrigin();
     // Pressed on X, let go over the Y handle: the drag ends and Y is the axis under the mouse.
-    ASSERT_TRUE(Press(PixelOver(*gizmo, csXHandle)));
+    ASSERT_TRUE(Press(xHandle));
     Release(PixelOver(*gizmo, csYHandle));
     engine.updateFrame();
     EXPECT_EQ((Words{"translateStart", "translateEnd", "manipulated"}), listener.events);
-    EXPECT_TRUE(HighlightIs(*gizmo, 1));
+    EXPECT_TRUE(ShowsHover(*gizmo, 1));
     EXPECT_EQ(1, controller.getPickedAxeIndex(gizmo));
 }
 
@@ -728,12 +682,11 @@ TEST_F(mxGizmoControllerTest, TranslateDragMovesTheCustomTranslationByTheCentres
     PlaceCustom();
     ASSERT_TRUE(VectorNear(gizmo->getWorldTransform().GetTranslate(), Vec3(2.0f, 1.0f, 0.0f),
                            csPositionTolerance));
-    const Pixel start = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(start));
+    ASSERT_TRUE(Press(xHandle));
     engine.updateFrame();
 
     const Vec3 centreBefore = gizmo->getCenterReferences();
-    Move(Shifted(start, 20, 0));
+    Move(Shifted(xHandle, 20, 0));
     engine.updateFrame();
     const Vec3 centreAfter = gizmo->getCenterReferences();
     ASSERT_TRUE(VectorNear(centreAfter, Vec3(-1.0f, 0.0f, 0.0f), csPositionTolerance));
@@ -747,16 +700,15 @@ TEST_F(mxGizmoControllerTest, TranslateDragMovesTheCustomTranslationByTheCentres
 
 TEST_F(mxGizmoControllerTest, ReleaseAwayFromTheLastMoveLeavesTheCustomTranslation) {
     PlaceCustom();
-    const Pixel start = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(start));
-    Move(Shifted(start, 20, 0));
+    ASSERT_TRUE(Press(xHandle));
+    Move(Shifted(xHandle, 20, 0));
     engine.updateFrame();
     const Vec3 afterMove = controller.getCustomTransformation().GetTranslate();
     ASSERT_TRUE(VectorNear(afterMove, Vec3(4.0f, 1.0f, 0.0f), csPositionTolerance));
 
     // The release's last move carries the object 1 unit further; only moves carry the custom
     // translation along.
-    Release(Shifted(start, 30, 0));
+    Release(Shifted(xHandle, 30, 0));
     engine.updateFrame();
     EXPECT_TRUE(VectorNear(object->getWorldTransform().GetTranslate(), Vec3(0.0f, 0.0f, 0.0f),
                            csPositionTolerance));
@@ -768,9 +720,8 @@ TEST_F(mxGizmoControllerTest, TranslateDragMovesTheCustomTranslationInAnyOrienta
     Transform custom;
     custom.SetTranslate(Vec3(5.0f, 5.0f, 5.0f));
     controller.setCustomTransformation(custom);
-    const Pixel start = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(start));
-    Move(Shifted(start, 20, 0));
+    ASSERT_TRUE(Press(xHandle));
+    Move(Shifted(xHandle, 20, 0));
     engine.updateFrame();
     EXPECT_TRUE(VectorNear(controller.getCustomTransformation().GetTranslate(),
                            Vec3(5.0f, 5.0f, 5.0f) + object->getWorldTransform().GetTranslate(),
@@ -911,7 +862,7 @@ TEST_F(mxGizmoControllerTest, ClearControllerForgetsTheGizmosUntilTheNextChange)
     engine.updateFrame();
     engine.updateFrame();
     EXPECT_TRUE(controller.get3DManipulators().empty());
-    EXPECT_FALSE(Press(PixelOver(*gizmo, csXHandle)));
+    EXPECT_FALSE(Press(xHandle));
 
     AddNode();
     engine.updateFrame();
@@ -920,29 +871,27 @@ TEST_F(mxGizmoControllerTest, ClearControllerForgetsTheGizmosUntilTheNextChange)
 
 TEST_F(mxGizmoControllerTest, ClearControllerKeepsTheFlagOfThePressOnAGizmo) {
     PlaceAtOrigin();
-    const Pixel handle = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(handle));
+    ASSERT_TRUE(Press(xHandle));
     engine.resetControllers();
-    EXPECT_TRUE(Move(handle));
-    EXPECT_TRUE(Release(handle));
-    EXPECT_FALSE(Release(handle));
+    EXPECT_TRUE(Move(xHandle));
+    EXPECT_TRUE(Release(xHandle));
+    EXPECT_FALSE(Release(xHandle));
 }
 
 TEST_F(mxGizmoControllerTest, ClearControllerDropsTheRecordedEventsAndTheDrag) {
     PlaceAtOrigin();
-    const Pixel start = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(start));
+    ASSERT_TRUE(Press(xHandle));
     engine.updateFrame();
     ASSERT_EQ((Words{"translateStart", "manipulated"}), listener.events);
     const Transform before = object->getWorldTransform();
 
-    Move(Shifted(start, 20, 0));
+    Move(Shifted(xHandle, 20, 0));
     engine.resetControllers();
     // Collected again in the next frame, with nothing in progress: the move after the clearing
     // only hovers, the release ends no drag.
     AddNode();
-    Move(Shifted(start, 30, 0));
-    Release(Shifted(start, 30, 0));
+    Move(Shifted(xHandle, 30, 0));
+    Release(Shifted(xHandle, 30, 0));
     engine.updateFrame();
     ASSERT_EQ(std::vector<mxGizmoNode*>{gizmo}, controller.get3DManipulators());
     EXPECT_TRUE(BitwiseEqual(object->getWorldTransform(), before));
@@ -951,31 +900,27 @@ TEST_F(mxGizmoControllerTest, ClearControllerDropsTheRecordedEventsAndTheDrag) {
 
 TEST_F(mxGizmoControllerTest, ClearControllerEventsDropsTheRecordedEvents) {
     PlaceAtOrigin();
-    const Pixel start = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(start));
-    Move(Shifted(start, 20, 0));
-    Release(Shifted(start, 20, 0));
+    ASSERT_TRUE(RecordDrag(xHandle, 20));
     controller.clearControllerEvents();
     engine.updateFrame();
     EXPECT_TRUE(listener.events.empty());
     EXPECT_TRUE(BitwiseEqual(object->getWorldTransform(), objectAtStart));
-    EXPECT_TRUE(HighlightIs(*gizmo, -1));
+    EXPECT_TRUE(ShowsHover(*gizmo, -1));
     EXPECT_EQ(std::vector<mxGizmoNode*>{gizmo}, controller.get3DManipulators());
 }
 
 TEST_F(mxGizmoControllerTest, ClearControllerEventsEndsTheDragForTheFollowingMoves) {
     PlaceAtOrigin();
-    const Pixel start = PixelOver(*gizmo, csXHandle);
-    ASSERT_TRUE(Press(start));
+    ASSERT_TRUE(Press(xHandle));
     engine.updateFrame();
     controller.clearControllerEvents();
 
     // No longer dragging: the move only hovers (still over the X axis).
-    Move(Shifted(start, 20, 0));
+    Move(Shifted(xHandle, 20, 0));
     engine.updateFrame();
     EXPECT_TRUE(BitwiseEqual(object->getWorldTransform(), objectAtStart));
     EXPECT_EQ((Words{"translateStart", "manipulated"}), listener.events);
-    EXPECT_TRUE(HighlightIs(*gizmo, 0));
+    EXPECT_TRUE(ShowsHover(*gizmo, 0));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -985,17 +930,14 @@ TEST_F(mxGizmoControllerTest, DisabledControllerKeepsTheEventsUntilEnabledAgain)
     PlaceAtOrigin();
     controller.setEnabled(false);
     EXPECT_FALSE(controller.isEnabled());
-    const Pixel start = PixelOver(*gizmo, csXHandle);
     // The hit test does not wait.
-    EXPECT_TRUE(Press(start));
-    Move(Shifted(start, 20, 0));
-    Release(Shifted(start, 20, 0));
+    EXPECT_TRUE(RecordDrag(xHandle, 20));
     for (int frame = 0; frame < 3; ++frame) {
         engine.updateFrame();
     }
     EXPECT_TRUE(listener.events.empty());
     EXPECT_TRUE(BitwiseEqual(object->getWorldTransform(), objectAtStart));
-    EXPECT_TRUE(HighlightIs(*gizmo, -1));
+    EXPECT_TRUE(ShowsHover(*gizmo, -1));
 
     controller.setEnabled(true);
     EXPECT_TRUE(controller.isEnabled());
@@ -1062,14 +1004,12 @@ TEST_F(mxGizmoControllerTest, HitTestAndHoverPassOverAGizmoWithoutMode) {
     engine.updateFrame();
     ASSERT_EQ((std::vector<mxGizmoNode*>{idle, gizmo}), controller.get3DManipulators());
 
-    const Pixel handle = PixelOver(*gizmo, csXHandle);
+    const WindowPixel handle = PixelOver(*gizmo, csXHandle);
     Move(handle);
     engine.updateFrame();
-    EXPECT_TRUE(HighlightIs(*gizmo, 0));
+    EXPECT_TRUE(ShowsHover(*gizmo, 0));
 
-    EXPECT_TRUE(Press(handle));
-    Move(Shifted(handle, 20, 0));
-    Release(Shifted(handle, 20, 0));
+    EXPECT_TRUE(RecordDrag(handle, 20));
     engine.updateFrame();
     EXPECT_EQ(std::vector<mxGizmoNode*>{gizmo}, listener.manipulated);
     EXPECT_TRUE(VectorNear(object->getWorldTransform().GetTranslate(), Vec3(2.0f, 0.0f, 0.0f),
@@ -1133,17 +1073,15 @@ TEST_F(mxGizmoControllerTest, ViewTurnsTheFirstAxisToTheCameraRight) {
     engine.updateFrame();
 
     const Mat3& rotation = gizmo->getWorldTransform().GetRotate();
-    EXPECT_TRUE(VectorNear(Column(rotation, 0), camera->getRVector(), 1e-6));
-    EXPECT_TRUE(VectorNear(Column(rotation, 1), camera->getDVector(), 1e-6));
-    EXPECT_TRUE(VectorNear(Column(rotation, 2), camera->getUVector(), 1e-6));
+    EXPECT_TRUE(VectorNear(ColumnOf(rotation, 0), camera->getRVector(), 1e-6));
+    EXPECT_TRUE(VectorNear(ColumnOf(rotation, 1), camera->getDVector(), 1e-6));
+    EXPECT_TRUE(VectorNear(ColumnOf(rotation, 2), camera->getUVector(), 1e-6));
 }
 
 TEST_F(mxGizmoControllerTest, CustomAndCustomAltPlaceTheGizmoAtTheCustomTransformation) {
     MakeLocalParent();
     gizmo = AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {child});
-    Transform custom;
-    custom.SetRotate(Rotation(1.0f, 2.0f, 3.0f, 0.7f));
-    custom.SetTranslate(Vec3(2.0f, -1.0f, 1.0f));
+    const Transform custom = TurnedCustom();
     controller.setCustomTransformation(custom);
     EXPECT_TRUE(BitwiseEqual(controller.getCustomTransformation(), custom));
 
@@ -1168,9 +1106,7 @@ TEST_F(mxGizmoControllerTest, UnknownOrientationKeepsTheRotationOfTheLastFrame) 
     mxGizmoNode* first = AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {child});
     mxGizmoNode* second =
         AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {AddObject(Vec3(-3.0f, 0.0f, 0.0f))});
-    Transform custom;
-    custom.SetRotate(Rotation(1.0f, 2.0f, 3.0f, 0.7f));
-    custom.SetTranslate(Vec3(2.0f, -1.0f, 1.0f));
+    const Transform custom = TurnedCustom();
     controller.setCustomTransformation(custom);
     controller.setOrientationReference(mxGizmoController::Custom);
     engine.updateFrame();
@@ -1192,9 +1128,7 @@ TEST_F(mxGizmoControllerTest, UnknownOrientationKeepsTheRotationOfTheLastFrame) 
 TEST_F(mxGizmoControllerTest, CustomTranslateWithWorldPlacesTheGizmoAtTheCustomTranslation) {
     MakeLocalParent();
     gizmo = AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {child});
-    Transform custom;
-    custom.SetRotate(Rotation(1.0f, 2.0f, 3.0f, 0.7f));
-    custom.SetTranslate(Vec3(2.0f, -1.0f, 1.0f));
+    const Transform custom = TurnedCustom();
     controller.setCustomTransformation(custom);
     controller.setOrientationReference(mxGizmoController::World);
     controller.useCustomTranslate(true);
@@ -1249,17 +1183,15 @@ TEST_F(mxGizmoControllerTest, OverlappingGizmosLeaveHoverAndPressToTheFirstColle
     mxGizmoNode* first = AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {firstObject});
     mxGizmoNode* second = AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {secondObject});
     engine.updateFrame();
-    const Pixel handle = PixelOver(*first, csXHandle);
+    const WindowPixel handle = PixelOver(*first, csXHandle);
     ASSERT_EQ(handle.x, PixelOver(*second, csXHandle).x);
 
     Move(handle);
     engine.updateFrame();
-    EXPECT_TRUE(HighlightIs(*first, 0));
-    EXPECT_TRUE(HighlightIs(*second, -1));
+    EXPECT_TRUE(ShowsHover(*first, 0));
+    EXPECT_TRUE(ShowsHover(*second, -1));
 
-    ASSERT_TRUE(Press(handle));
-    Move(Shifted(handle, 20, 0));
-    Release(Shifted(handle, 20, 0));
+    ASSERT_TRUE(RecordDrag(handle, 20));
     engine.updateFrame();
     EXPECT_EQ(std::vector<mxGizmoNode*>{first}, listener.manipulated);
     EXPECT_TRUE(VectorNear(firstObject->getWorldTransform().GetTranslate(), Vec3(2.0f, 0.0f, 0.0f),
@@ -1275,7 +1207,7 @@ TEST_F(mxGizmoControllerTest, TouchedGizmosAreAnnouncedInAscendingAddressOrder) 
     mxGizmoNode* low = before(upper, lower) ? upper : lower;
     mxGizmoNode* high = before(upper, lower) ? lower : upper;
     for (mxGizmoNode* dragged : {high, low}) {
-        const Pixel handle = PixelOver(*dragged, csXHandle);
+        const WindowPixel handle = PixelOver(*dragged, csXHandle);
         ASSERT_TRUE(Press(handle));
         Release(handle);
     }
@@ -1293,8 +1225,8 @@ TEST_F(mxGizmoControllerTest, ReleaseOverAnotherGizmoEndsTheFirstDragAndHoversTh
     engine.updateFrame();
     EXPECT_EQ((Words{"translateStart", "translateEnd", "manipulated"}), listener.events);
     EXPECT_EQ(std::vector<mxGizmoNode*>{upper}, listener.manipulated);
-    EXPECT_TRUE(HighlightIs(*upper, -1));
-    EXPECT_TRUE(HighlightIs(*lower, 0));
+    EXPECT_TRUE(ShowsHover(*upper, -1));
+    EXPECT_TRUE(ShowsHover(*lower, 0));
 
     // The second gizmo is then pressed like any other.
     ASSERT_TRUE(Press(PixelOver(*lower, csXHandle)));
@@ -1315,8 +1247,8 @@ TEST_F(mxGizmoControllerTest, ZeroSizedViewportNeitherCrashesNorMovesAnything) {
 
     // Where the X handle stands in the standard view.
     controller.setMousePressed(camera.get(), 136, 100, 0, 0);
-    Move(Pixel{156, 100});
-    Release(Pixel{156, 100});
+    Move(WindowPixel{156, 100});
+    Release(WindowPixel{156, 100});
     engine.updateFrame();
     engine.updateFrame();
     EXPECT_TRUE(BitwiseEqual(object->getWorldTransform(), objectAtStart));
@@ -1329,8 +1261,7 @@ TEST_F(mxGizmoControllerTest, PressHitTestedInAZeroSizedViewIsReplayedInTheEngin
     PlaceAtOrigin();
     // The size only serves the answer at once; the frame replays the press in its own
     // 200 x 200 view, where the pixel lies on the X handle.
-    const Pixel handle = PixelOver(*gizmo, csXHandle);
-    controller.setMousePressed(camera.get(), handle.x, handle.y, 0, 0);
+    controller.setMousePressed(camera.get(), xHandle.x, xHandle.y, 0, 0);
     engine.updateFrame();
     EXPECT_EQ((Words{"translateStart", "manipulated"}), listener.events);
     EXPECT_TRUE(BitwiseEqual(object->getWorldTransform(), objectAtStart));
@@ -1349,7 +1280,7 @@ TEST_F(mxGizmoControllerTest, DeletingTheControllerLeavesGizmosAndListenersUsabl
     AddNode();
     engine.updateFrame();
     ASSERT_EQ(std::vector<mxGizmoNode*>{gizmo}, doomed->get3DManipulators());
-    const Pixel start = PixelOver(*gizmo, csXHandle);
+    const WindowPixel start = PixelOver(*gizmo, csXHandle);
     ASSERT_TRUE(doomed->setMousePressed(camera.get(), start.x, start.y, csViewWidth, csViewHeight));
     doomed->setMouseReleased(start.x, start.y);
     engine.updateFrame();
@@ -1360,7 +1291,7 @@ TEST_F(mxGizmoControllerTest, DeletingTheControllerLeavesGizmosAndListenersUsabl
 
     // Both still work, and another controller drives them.
     gizmo->highlight(2);
-    EXPECT_TRUE(HighlightIs(*gizmo, 2));
+    EXPECT_TRUE(ShowsHover(*gizmo, 2));
     kept.onGizmoManipulated(gizmo);
     EXPECT_EQ(4u, kept.events.size());
 

@@ -1,10 +1,13 @@
 // Helpers shared by the gizmo node tests: the node with its protected operations opened, the
 // culling modes by what they mean, the axis colours as the lines hold them, the colours of all
-// its lines, and a counter of the node's dirty markings. Header-only; everything lives in namespace
-// mx::test.
+// its lines, which axis its handles show hovered, and a counter of the node's dirty markings.
+// Header-only; everything lives in namespace mx::test.
 #pragma once
 
 #include "node/mxGizmoNode.h"
+#include "node/mxGizmoNodeRotate.h"
+#include "node/mxGizmoNodeScale.h"
+#include "node/mxGizmoNodeTranslate.h"
 #include "scenegraph/mxLine.h"
 #include "scenegraph/mxSpatial.h"
 #include "wm4/Wm4ColorRGB.h"
@@ -70,6 +73,40 @@ inline std::vector<Wm4::ColorRGBA> ColorsOf(const mxGizmoNode& node) {
         colors.push_back(static_cast<const mxLine*>(node.getChild(slot))->getColor());
     }
     return colors;
+}
+
+// Success when the lines of the node's current mode show axis in its hovered shade and the
+// other axes in their normal colours (all three normal for axis -1): the shaft and arrowhead
+// of a translate axis, the circle of a rotate axis, the shaft and end square of a scale axis.
+inline ::testing::AssertionResult ShowsHover(const mxGizmoNode& node, int axis) {
+    for (unsigned int a = 0; a < 3u; ++a) {
+        const Wm4::ColorRGBA expected =
+            static_cast<int>(a) == axis ? HoveredColor(a) : NormalColor(a);
+        std::vector<const mxLine*> lines;
+        switch (node.getMode()) {
+        case mxGizmoNode::GIZMO_TRANSLATE:
+            lines = {node.getTranslateGizmo().getAxis(a), node.getTranslateGizmo().getArrowHead(a)};
+            break;
+        case mxGizmoNode::GIZMO_ROTATE:
+            lines = {node.getRotateGizmo().getCircle(a)};
+            break;
+        case mxGizmoNode::GIZMO_SCALE:
+            lines = {node.getScaleGizmo().getAxis(a), node.getScaleGizmo().getEndSquare(a)};
+            break;
+        default:
+            return ::testing::AssertionFailure() << "the node has no mode with lines";
+        }
+        for (const mxLine* line : lines) {
+            if (!line) {
+                return ::testing::AssertionFailure() << "axis " << a << " has no line";
+            }
+            ::testing::AssertionResult same = ColorIs(line->getColor(), expected);
+            if (!same) {
+                return same << " on axis " << a << " (hovered axis " << axis << ")";
+            }
+        }
+    }
+    return ::testing::AssertionSuccess();
 }
 
 // Counts how often the node is marked dirty from now on: every marking advances the host's

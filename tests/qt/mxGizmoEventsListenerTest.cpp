@@ -6,21 +6,16 @@
 
 #include "controller/mxGizmoController.h"
 #include "node/mxGizmoNode.h"
-#include "node/mxGizmoNodeTranslate.h"
 #include "rendering/mxEngine.h"
 #include "scenegraph/mxCamera.h"
 #include "scenegraph/mxCameraNode.h"
-#include "scenegraph/mxGenericTransformation.h"
-#include "scenegraph/mxLine.h"
-#include "scenegraph/mxMesh.h"
 #include "scenegraph/mxPointer.h"
-#include "scenegraph/mxSpatial.h"
-#include "wm4/Wm4Vector2.h"
 #include "wm4/Wm4Vector3.h"
 
 #include "controller/mxControllerTestSupport.h"
+#include "e2e/mxGestureSupport.h"
 #include "node/mxGizmoNodeTestSupport.h"
-#include "support/mxQtTestApplication.h"
+#include "support/mxQtTestSupport.h"
 #include "support/mxTransformCompare.h"
 
 #include <QCoreApplication>
@@ -38,7 +33,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <memory>
 #include <string>
 #include <vector>
@@ -47,98 +41,42 @@ namespace {
 
 using namespace mx;
 using test::BitwiseEqual;
-using test::ColorIs;
 using test::csViewHeight;
 using test::csViewWidth;
 using test::EnsureQtApplication;
-using test::HoveredColor;
-using test::MakeObject;
 using test::MakeStandardCamera;
-using test::NormalColor;
 using test::PixelOf;
-using test::RecordingListener;
+using test::RecordingWidget;
+using test::ShowsHover;
+using test::TwoObjectScene;
 using test::UnitAxis;
-using Vec2 = Wm4::Vector2<float>;
+using test::WidgetPoint;
 using Vec3 = Wm4::Vector3<float>;
-using Transform = mxGenericTransformation<float>;
 
 // What became of an event sent to the widget.
 constexpr bool csPassedOn = true;
 constexpr bool csConsumed = false;
-
-// The widget position of a pixel position measured from the lower left of a view height
-// pixels high: the controller reads widget pixel (x, y) at the pixel centre
-// (x + 0.5, height - y - 0.5), so this is the widget pixel whose centre lies nearest.
-QPoint WidgetPoint(const Vec2& pixel, int height = csViewHeight) {
-    return QPoint(static_cast<int>(std::lround(pixel.X() - 0.5f)),
-                  height - static_cast<int>(std::lround(pixel.Y() + 0.5f)));
-}
-
-// A widget that records the input events reaching it and takes them all. Mouse tracking is
-// on: without it Qt drops moves with no button down before any event filter sees them.
-class RecordingWidget : public QWidget {
-public:
-    RecordingWidget() {
-        resize(csViewWidth, csViewHeight);
-        setMouseTracking(true);
-    }
-
-    std::vector<QEvent::Type> received;
-
-protected:
-    bool event(QEvent* event) override {
-        switch (event->type()) {
-        case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonRelease:
-        case QEvent::MouseButtonDblClick:
-        case QEvent::MouseMove:
-        case QEvent::KeyPress:
-        case QEvent::Wheel:
-        case QEvent::Enter:
-            received.push_back(event->type());
-            event->accept();
-            return true;
-        default:
-            return QWidget::event(event);
-        }
-    }
-};
 
 // The standard view (200 x 200 pixels, 90 degrees, eye at (0, 0, 10)) over a translate gizmo
 // framed by the first frame around two objects 2 units either side of the origin. At depth 10
 // its 60-pixel arrows are 6 units long: the X arrow runs from pixel (100, 100) to (160, 100)
 // from the lower left, so three quarters along it the mouse is on X and 45 pixels from the
 // other arrows, and the corner at widget pixel (20, 20) is far from every handle.
-struct Scene {
-    explicit Scene(bool withController = true) : filter(&engine) {
-        engine.setViewportSize(csViewWidth, csViewHeight);
-        engine.setCameraNode(new mxCameraNode(MakeStandardCamera().get()));
-        left = MakeObject(Vec3(-2.0f, 0.0f, 0.0f), engine.getScene());
-        right = MakeObject(Vec3(2.0f, 0.0f, 0.0f), engine.getScene());
-        gizmo = new mxGizmoNode;
-        engine.getScene()->attachChild(gizmo);
-        gizmo->setMode(mxGizmoNode::GIZMO_TRANSLATE);
-        gizmo->setReferenceObjects({left.get(), right.get()});
-        gizmo->setCullingMode(mxSpatial::CULL_DYNAMIC);
-        controller.install3DManipulatorMotionListener(&motions);
-        engine.attachController(&controller);
-        engine.updateFrame();
-        leftAtStart = left->getWorldTransform();
-        rightAtStart = right->getWorldTransform();
+struct Scene : TwoObjectScene {
+    explicit Scene(bool withController = true)
+        : TwoObjectScene(mxGizmoNode::GIZMO_TRANSLATE), filter(&engine) {
         if (withController) {
             filter.setController(&controller);
         }
         widget.installEventFilter(&filter);
     }
 
-    const mxCamera& camera() const { return *engine.getCameraNode()->getCamera(); }
-
     // The world point fraction of the way along axis of the placed gizmo.
     Vec3 alongAxis(unsigned int axis, float fraction = 0.75f) const {
         return gizmo->getWorldTransform().ApplyForward(UnitAxis(axis) * fraction);
     }
     // Three quarters along the X arrow, in widget pixels.
-    QPoint onX() const { return WidgetPoint(PixelOf(camera(), alongAxis(0))); }
+    QPoint onX() const { return WidgetPoint(PixelOf(*viewCamera(), alongAxis(0))); }
     QPoint offGizmos() const { return QPoint(20, 20); }
 
     // Each sends one event through the filter and tells what became of it.
@@ -163,25 +101,15 @@ struct Scene {
         return widget.received.size() > before;
     }
 
-    // Whether the X arrow shows its hovered shade (and the translate drag picked X).
-    bool xHovered() const {
-        return ColorIs(gizmo->getTranslateGizmo().getAxis(0)->getColor(), HoveredColor(0)) &&
-               controller.getPickedAxeIndex(gizmo) == 0;
-    }
-    // No handle picked, every arrow in its normal colour.
-    ::testing::AssertionResult nothingHovered() const {
-        if (controller.getPickedAxeIndex(gizmo) != -1) {
+    // Success when axis is picked and shown in its hovered shade, the other arrows in their
+    // normal colours; with axis -1, when no handle is picked and every arrow shows its normal
+    // colour.
+    ::testing::AssertionResult hovered(int axis) const {
+        if (controller.getPickedAxeIndex(gizmo.get()) != axis) {
             return ::testing::AssertionFailure()
-                   << "axis " << controller.getPickedAxeIndex(gizmo) << " is picked";
+                   << "axis " << controller.getPickedAxeIndex(gizmo.get()) << " is picked";
         }
-        for (unsigned int axis = 0; axis < 3; ++axis) {
-            ::testing::AssertionResult normal =
-                ColorIs(gizmo->getTranslateGizmo().getAxis(axis)->getColor(), NormalColor(axis));
-            if (!normal) {
-                return normal << " on arrow " << axis;
-            }
-        }
-        return ::testing::AssertionSuccess();
+        return ShowsHover(*gizmo, axis);
     }
     // The objects are where the first frame left them, bit for bit.
     bool objectsUnmoved() const {
@@ -190,14 +118,6 @@ struct Scene {
     }
 
     QApplication& application = EnsureQtApplication();
-    mxEngine engine;
-    mxGizmoController controller;
-    RecordingListener motions;
-    mxPointer<mxMesh> left;
-    mxPointer<mxMesh> right;
-    mxGizmoNode* gizmo = nullptr;
-    Transform leftAtStart;
-    Transform rightAtStart;
     RecordingWidget widget;
     mxGizmoEventsListener filter;
 };
@@ -303,8 +223,8 @@ TEST(mxGizmoEventsListenerTest, ControllerSetAfterEventsPassedWithoutOneReplaysN
     scene.release(scene.onX() + QPoint(10, 0));
     scene.filter.setController(&scene.controller);
     scene.engine.updateFrame();
-    EXPECT_TRUE(scene.nothingHovered());
-    EXPECT_TRUE(scene.motions.events.empty());
+    EXPECT_TRUE(scene.hovered(-1));
+    EXPECT_TRUE(scene.listener.events.empty());
     EXPECT_TRUE(scene.objectsUnmoved());
 }
 
@@ -316,8 +236,8 @@ TEST(mxGizmoEventsListenerTest, RightPressOnTheGizmoPassesOnAndReachesNoControll
     EXPECT_EQ(csPassedOn, scene.press(scene.onX(), Qt::RightButton));
     scene.engine.updateFrame();
     // A recorded press would have hovered X and started a drag there.
-    EXPECT_TRUE(scene.nothingHovered());
-    EXPECT_TRUE(scene.motions.events.empty());
+    EXPECT_TRUE(scene.hovered(-1));
+    EXPECT_TRUE(scene.listener.events.empty());
     // No press on a gizmo was recorded, so the gesture is not the gizmo's.
     EXPECT_EQ(csPassedOn, scene.release(scene.onX()));
 }
@@ -326,8 +246,8 @@ TEST(mxGizmoEventsListenerTest, MiddlePressOnTheGizmoPassesOnAndReachesNoControl
     Scene scene;
     EXPECT_EQ(csPassedOn, scene.press(scene.onX(), Qt::MiddleButton));
     scene.engine.updateFrame();
-    EXPECT_TRUE(scene.nothingHovered());
-    EXPECT_TRUE(scene.motions.events.empty());
+    EXPECT_TRUE(scene.hovered(-1));
+    EXPECT_TRUE(scene.listener.events.empty());
     EXPECT_EQ(csPassedOn, scene.release(scene.onX()));
 }
 
@@ -346,8 +266,8 @@ TEST(mxGizmoEventsListenerTest, LeftPressOnTheGizmoIsConsumed) {
     EXPECT_TRUE(scene.widget.received.empty());
     scene.engine.updateFrame();
     // The press reached the controller: it picked X and started a translation.
-    EXPECT_TRUE(scene.xHovered());
-    EXPECT_EQ((std::vector<std::string>{"translateStart", "manipulated"}), scene.motions.events);
+    EXPECT_TRUE(scene.hovered(0));
+    EXPECT_EQ((std::vector<std::string>{"translateStart", "manipulated"}), scene.listener.events);
 }
 
 TEST(mxGizmoEventsListenerTest, LeftGestureBegunOffTheGizmosPassesOnWholeEvenAcrossAHandle) {
@@ -357,7 +277,7 @@ TEST(mxGizmoEventsListenerTest, LeftGestureBegunOffTheGizmosPassesOnWholeEvenAcr
     EXPECT_EQ(csPassedOn, scene.move(scene.onX() + QPoint(10, 0), Qt::LeftButton));
     EXPECT_EQ(csPassedOn, scene.release(scene.onX() + QPoint(10, 0)));
     scene.engine.updateFrame();
-    EXPECT_TRUE(scene.motions.events.empty());
+    EXPECT_TRUE(scene.listener.events.empty());
     EXPECT_TRUE(scene.objectsUnmoved());
 }
 
@@ -374,22 +294,22 @@ TEST(mxGizmoEventsListenerTest, LeftReleaseAfterAPressOnTheGizmoIsConsumedOnce) 
 
 TEST(mxGizmoEventsListenerTest, MoveWithoutButtonBeforeAnyPressPassesOnAndIsRecordedForHover) {
     Scene scene;
-    ASSERT_TRUE(scene.nothingHovered());
+    ASSERT_TRUE(scene.hovered(-1));
     EXPECT_EQ(csPassedOn, scene.move(scene.onX()));
     scene.engine.updateFrame();
-    EXPECT_TRUE(scene.xHovered());
+    EXPECT_TRUE(scene.hovered(0));
     // Hovering touches no gizmo.
-    EXPECT_TRUE(scene.motions.events.empty());
+    EXPECT_TRUE(scene.listener.events.empty());
 }
 
 TEST(mxGizmoEventsListenerTest, MoveOffTheHandleIsRecordedTooAndPutsTheColoursBack) {
     Scene scene;
     scene.move(scene.onX());
     scene.engine.updateFrame();
-    ASSERT_TRUE(scene.xHovered());
+    ASSERT_TRUE(scene.hovered(0));
     EXPECT_EQ(csPassedOn, scene.move(scene.offGizmos()));
     scene.engine.updateFrame();
-    EXPECT_TRUE(scene.nothingHovered());
+    EXPECT_TRUE(scene.hovered(-1));
 }
 
 TEST(mxGizmoEventsListenerTest, MovesAfterALeftPressOnTheGizmoAreConsumedWhateverTheButtons) {
@@ -442,8 +362,8 @@ TEST(mxGizmoEventsListenerTest, OtherEventTypesOnTheGizmoPassOnAndRecordNothing)
     EXPECT_EQ(csPassedOn, scene.deliver(enter));
     scene.engine.updateFrame();
     // Neither a hover nor a press was recorded, and the gesture flag is still clear.
-    EXPECT_TRUE(scene.nothingHovered());
-    EXPECT_TRUE(scene.motions.events.empty());
+    EXPECT_TRUE(scene.hovered(-1));
+    EXPECT_TRUE(scene.listener.events.empty());
     EXPECT_EQ(csPassedOn, scene.release(scene.onX()));
 }
 
@@ -466,7 +386,7 @@ TEST(mxGizmoEventsListenerTest, PressIsHitTestedAgainstTheEnginesViewportSizeNot
     scene.engine.setViewportSize(400, 400);
     const QPoint onXFor200 = scene.onX();
     const QPoint onXFor400 =
-        WidgetPoint(PixelOf(scene.camera(), scene.alongAxis(0), 400, 400), 400);
+        WidgetPoint(PixelOf(*scene.viewCamera(), scene.alongAxis(0), 400, 400), 400);
     ASSERT_EQ(QPoint(145, 99), onXFor200);
     ASSERT_EQ(QPoint(290, 199), onXFor400);
     // (145, 99) is now pixel (145.5, 300.5), about 100 pixels from every arrow.
@@ -515,15 +435,15 @@ TEST(mxGizmoEventsListenerTest, DestroyedListenerLeavesTheWidgetItsEventsAndTheC
     // recorded before it, and a gesture given directly runs as well.
     const std::vector<std::string> oneGesture{"translateStart", "translateEnd", "manipulated"};
     scene.engine.updateFrame();
-    EXPECT_EQ(oneGesture, scene.motions.events);
+    EXPECT_EQ(oneGesture, scene.listener.events);
     const QPoint at = scene.onX();
-    EXPECT_TRUE(scene.controller.setMousePressed(&scene.camera(), at.x(), at.y(), csViewWidth,
+    EXPECT_TRUE(scene.controller.setMousePressed(scene.viewCamera(), at.x(), at.y(), csViewWidth,
                                                  csViewHeight));
     EXPECT_TRUE(scene.controller.setMouseReleased(at.x(), at.y()));
     scene.engine.updateFrame();
     std::vector<std::string> twoGestures = oneGesture;
     twoGestures.insert(twoGestures.end(), oneGesture.begin(), oneGesture.end());
-    EXPECT_EQ(twoGestures, scene.motions.events);
+    EXPECT_EQ(twoGestures, scene.listener.events);
 }
 
 } // namespace

@@ -41,6 +41,7 @@
 namespace {
 
 using namespace mx;
+using mx::test::Affine;
 using mx::test::AxisDrag;
 using mx::test::BitwiseEqual;
 using mx::test::Circle;
@@ -48,24 +49,29 @@ using mx::test::CircleOf;
 using mx::test::csViewHeight;
 using mx::test::csViewWidth;
 using mx::test::GestureScene;
+using mx::test::MakeLookAtCamera;
 using mx::test::MakeStandardCamera;
 using mx::test::MapsNear;
+using mx::test::MeanPosition;
 using mx::test::MouseOfWindowPixel;
 using mx::test::PressAxisDrag;
 using mx::test::Radians;
 using mx::test::Rotation;
 using mx::test::ScaleFactor;
+using mx::test::ScaleTriple;
+using mx::test::ScalingAlong;
 using mx::test::ShowsHover;
 using mx::test::ToDouble;
 using mx::test::ToFloat;
 using mx::test::UnitAxis;
 using mx::test::VectorNear;
 using mx::test::WindowPixel;
+using mx::test::WindowPixelOf;
+using mx::test::WorldsOf;
 
 using Vec2 = Wm4::Vector2<float>;
 using Vec3 = Wm4::Vector3<float>;
 using Vec3d = Wm4::Vector3<double>;
-using Mat3 = Wm4::Matrix3<float>;
 using Mat3d = Wm4::Matrix3<double>;
 using Transform = mxGenericTransformation<float>;
 using Events = std::vector<std::string>;
@@ -94,20 +100,6 @@ const Vec2 csAside(2.0f, -3.0f);
 const Vec3 csRotateEye(6.0f, 5.0f, 8.0f);
 const Vec3 csOrigin(0.0f, 0.0f, 0.0f);
 
-// An eye at eye looking at target with +Y up, a 90-degree vertical field of view over the
-// square standard viewport.
-mxPointer<mxCamera> MakeLookAtCamera(const Vec3& eye, const Vec3& target) {
-    mxPointer<mxCamera> camera = new mxCamera(true);
-    camera->lookAt(eye, target, Vec3(0.0f, 1.0f, 0.0f));
-    camera->setFrustum(90.0f, 1.0f, 1.0f, 100.0f);
-    return camera;
-}
-
-// The normalised position the controller makes of a window pixel of the standard viewport.
-Vec2 Mouse(const WindowPixel& pixel) {
-    return MouseOfWindowPixel(pixel, csViewWidth, csViewHeight);
-}
-
 // Three reference objects about centre: two below the scene and one below a parent node that
 // is turned about a slanted axis and moved, so that its local transformation differs from its
 // world one. The offsets sum to zero, so the objects' centre is centre; they lie within two
@@ -123,14 +115,6 @@ std::unique_ptr<GestureScene> ThreeObjectScene(mxGizmoNode::GizmoMode mode, cons
     return scene;
 }
 
-std::vector<Transform> WorldsOf(const GestureScene& scene) {
-    std::vector<Transform> worlds;
-    for (const auto& object : scene.objects) {
-        worlds.push_back(object->getWorldTransform());
-    }
-    return worlds;
-}
-
 // ---------------------------------------------------------------------------------------------
 // Expected deltas, one per move and one for the release, from the scene as it stands at the
 // press.
@@ -138,13 +122,14 @@ std::vector<Transform> WorldsOf(const GestureScene& scene) {
 std::vector<Transform> TranslateDeltas(const GestureScene& scene, int axis,
                                        const WindowPixel& press,
                                        const std::vector<WindowPixel>& later) {
-    const AxisDrag drag =
-        PressAxisDrag(*scene.camera, Mouse(press), scene.centre(), scene.frame(), axis);
+    const AxisDrag drag = PressAxisDrag(*scene.camera, MouseOfWindowPixel(press), scene.centre(),
+                                        scene.frame(), axis);
     EXPECT_TRUE(drag.found) << "the press meets neither plane through the axis";
     std::vector<Transform> deltas;
     for (const WindowPixel& pixel : later) {
         Transform delta;
-        delta.SetTranslate(ToFloat(drag.pointUnder(*scene.camera, Mouse(pixel)) - drag.pressPoint));
+        delta.SetTranslate(
+            ToFloat(drag.pointUnder(*scene.camera, MouseOfWindowPixel(pixel)) - drag.pressPoint));
         deltas.push_back(delta);
     }
     return deltas;
@@ -156,32 +141,19 @@ std::vector<Transform> ScaleDeltas(const GestureScene& scene, int axis, const Wi
                                    const std::vector<WindowPixel>& later, Vec3d& finalScale) {
     const Vec3d centre = scene.centre();
     const Mat3d frame = scene.frame();
-    const AxisDrag drag = PressAxisDrag(*scene.camera, Mouse(press), centre, frame, axis);
+    const AxisDrag drag =
+        PressAxisDrag(*scene.camera, MouseOfWindowPixel(press), centre, frame, axis);
     EXPECT_TRUE(drag.found) << "the press meets neither plane through the axis";
     // The axis as it stands at the press: the unit of the drag.
     const Vec3d arrow = scene.gizmoPoint(UnitAxis(static_cast<unsigned int>(axis))) - centre;
     const bool uniform = scene.gizmo->shouldUseUniformScale();
     std::vector<Transform> deltas;
     for (const WindowPixel& pixel : later) {
-        const double s =
-            (drag.pointUnder(*scene.camera, Mouse(pixel)) - drag.pressPoint).Dot(arrow) /
-            arrow.Dot(arrow);
-        const double factor = ScaleFactor(s);
-        Vec3d scale = uniform ? Vec3d(factor, factor, factor) : Vec3d(1.0, 1.0, 1.0);
-        scale[axis] = factor;
-        // Along the frame's columns about the centre: m = F diag(scale) F^T, t = c - m c.
-        const Mat3d m = frame * Mat3d(scale.X(), scale.Y(), scale.Z()) * frame.Transpose();
-        Transform delta;
-        Mat3 matrix;
-        for (int r = 0; r < 3; ++r) {
-            for (int c = 0; c < 3; ++c) {
-                matrix(r, c) = static_cast<float>(m(r, c));
-            }
-        }
-        delta.SetMatrix(matrix);
-        delta.SetTranslate(ToFloat(centre - m * centre));
-        deltas.push_back(delta);
-        finalScale = scale;
+        const double factor =
+            ScaleFactor(drag.lengthsDragged(*scene.camera, MouseOfWindowPixel(pixel), arrow));
+        finalScale = ScaleTriple(axis, factor, uniform);
+        const Mat3d m = ScalingAlong(frame, finalScale);
+        deltas.push_back(Affine(m, centre - m * centre));
     }
     return deltas;
 }
@@ -191,10 +163,11 @@ std::vector<Transform> ScaleDeltas(const GestureScene& scene, int axis, const Wi
 std::vector<Transform> RotateDeltas(const GestureScene& scene, int axis, const WindowPixel& press,
                                     const std::vector<WindowPixel>& later, double& finalDegrees) {
     const Circle circle = CircleOf(scene, axis);
-    const Vec3d pressPoint = circle.onPlane(*scene.camera, Mouse(press));
+    const Vec3d pressPoint = circle.onPlane(*scene.camera, MouseOfWindowPixel(press));
     std::vector<Transform> deltas;
     for (const WindowPixel& pixel : later) {
-        const double angle = circle.sweptAngle(*scene.camera, pressPoint, Mouse(pixel));
+        const double angle =
+            circle.sweptAngle(*scene.camera, pressPoint, MouseOfWindowPixel(pixel));
         Transform delta;
         mxGizmoNode::ComputeRotation(ToFloat(circle.axis), static_cast<float>(angle),
                                      scene.gizmo->getGizmoPosition(), delta);
@@ -253,7 +226,7 @@ FrameRecord RunFrame(GestureScene& scene) {
                          scene.listener.events.end());
     record.gizmoTranslation = scene.gizmo->getWorldTransform().GetTranslate();
     record.centreOfReferences = scene.gizmo->getCenterReferences();
-    record.worlds = WorldsOf(scene);
+    record.worlds = WorldsOf(scene.objects);
     return record;
 }
 
@@ -263,7 +236,8 @@ void RunGesture(Case& c, GestureRun& run) {
     scene.hoverFrame(c.press);
     ASSERT_EQ(c.axis, scene.controller.getPickedAxeIndex(scene.gizmo.get()))
         << "the hover does not find the handle";
-    run.start = WorldsOf(scene);
+    ASSERT_TRUE(ShowsHover(*scene.gizmo, c.axis));
+    run.start = WorldsOf(scene.objects);
     ASSERT_TRUE(scene.controller.setMousePressed(scene.viewCamera(), c.press.x, c.press.y,
                                                  csViewWidth, csViewHeight));
     run.frames.push_back(RunFrame(scene));
@@ -287,15 +261,6 @@ void ExpectObjectsCarriedBy(const std::vector<Transform>& worlds,
     }
 }
 
-// The mean of the objects' world positions.
-Vec3d MeanPosition(const std::vector<Transform>& worlds) {
-    Vec3d sum(0.0, 0.0, 0.0);
-    for (const Transform& world : worlds) {
-        sum += ToDouble(world.GetTranslate());
-    }
-    return sum / static_cast<double>(worlds.size());
-}
-
 // ---------------------------------------------------------------------------------------------
 // The aspects of a gesture
 
@@ -310,11 +275,11 @@ void ExpectHoverThenPressAnsweredAtOnce(Case& c) {
     EXPECT_EQ(c.axis, scene.controller.getPickedAxeIndex(scene.gizmo.get()));
     EXPECT_TRUE(scene.listener.events.empty());
 
-    const std::vector<Transform> before = WorldsOf(scene);
+    const std::vector<Transform> before = WorldsOf(scene.objects);
     EXPECT_TRUE(scene.controller.setMousePressed(scene.viewCamera(), c.press.x, c.press.y,
                                                  csViewWidth, csViewHeight));
     EXPECT_TRUE(scene.listener.events.empty());
-    const std::vector<Transform> after = WorldsOf(scene);
+    const std::vector<Transform> after = WorldsOf(scene.objects);
     for (std::size_t i = 0; i < before.size(); ++i) {
         EXPECT_TRUE(BitwiseEqual(after[i], before[i])) << "object " << i;
     }
@@ -336,7 +301,7 @@ void ExpectObjectsFollowTheDrag(Case& c) {
         ExpectObjectsCarriedBy(run.frames[k + 1].worlds, run.start, c.deltas[k], c.tolerance);
     }
     // Objects as the scene holds them at the end: really moved, by the gesture's delta.
-    const std::vector<Transform> finals = WorldsOf(*c.scene);
+    const std::vector<Transform> finals = WorldsOf(c.scene->objects);
     for (std::size_t i = 0; i < finals.size(); ++i) {
         EXPECT_FALSE(MapsNear(finals[i], run.start[i], 0.1)) << "object " << i << " barely moved";
     }
@@ -376,7 +341,7 @@ void ExpectEndTransformation(Case& c) {
     ASSERT_EQ(1u, c.scene->listener.ends.size());
     const Transform& end = c.scene->listener.ends[0];
     EXPECT_TRUE(MapsNear(end, c.deltas.back(), c.tolerance));
-    const std::vector<Transform> finals = WorldsOf(*c.scene);
+    const std::vector<Transform> finals = WorldsOf(c.scene->objects);
     for (std::size_t i = 0; i < finals.size(); ++i) {
         Transform carried;
         carried.Product(end, run.start[i]);
@@ -414,6 +379,20 @@ void ExpectGizmoFollowsTheObjects(Case& c) {
 // ---------------------------------------------------------------------------------------------
 // The cases
 
+// The gesture of c on the arrow or scale handle of axis, given in lengths of it from the
+// gizmo's centre: the press and the release on the axis line, the moves csAside off it.
+void SetArrowGesture(Case& c, int axis, double press, const std::vector<double>& moves,
+                     double release) {
+    const GestureScene& scene = *c.scene;
+    c.axis = axis;
+    c.press = scene.onArrow(axis, press);
+    c.moves.clear();
+    for (double along : moves) {
+        c.moves.push_back(scene.onArrow(axis, along, csAside));
+    }
+    c.release = scene.onArrow(axis, release);
+}
+
 // Translate along X in the standard view. The objects sit left of and above the centre of the
 // view, so that the whole drag to the right stays in it and the Z arrow (pointing at the eye)
 // shows as a slanted segment, away from the X arrow. The release is on the X arrow, a little
@@ -422,13 +401,8 @@ Case TranslateXCase() {
     Case c;
     c.scene = ThreeObjectScene(mxGizmoNode::GIZMO_TRANSLATE, Vec3(-2.0f, 1.0f, 0.0f),
                                MakeStandardCamera());
-    GestureScene& scene = *c.scene;
-    c.axis = X;
-    c.press = scene.onArrow(X, 0.6);
-    c.moves = {scene.onArrow(X, 1.0, csAside), scene.onArrow(X, 1.4, csAside),
-               scene.onArrow(X, 0.9, csAside)};
-    c.release = scene.onArrow(X, 1.2);
-    c.deltas = TranslateDeltas(scene, X, c.press, c.later());
+    SetArrowGesture(c, X, 0.6, {1.0, 1.4, 0.9}, 1.2);
+    c.deltas = TranslateDeltas(*c.scene, X, c.press, c.later());
     c.startWords = {"translateStart"};
     c.endWords = {"translateEnd"};
     c.hoverAfterRelease = X;
@@ -436,58 +410,47 @@ Case TranslateXCase() {
     return c;
 }
 
-// Rotate about Z in the standard view: the objects about the origin, where the circle about Z
-// faces the eye whole. The press is at 45 degrees on it, the moves sweep 20, 45 and 70
-// degrees, the release 90 degrees: all on the 5-degree grid, so that the half pixel of a
-// window position cannot change the rounded angle. The release is on the circle.
-Case RotateZCase() {
+// A rotation about axis of the objects about the origin seen by camera: the press, the moves
+// and the release at the given angles on the circle about axis, the release a quarter turn
+// from the press. Every position is on the circle, and the release hovers it.
+Case RotateCase(const mxPointer<mxCamera>& camera, int axis, double pressDegrees,
+                const std::vector<double>& movesDegrees, double releaseDegrees) {
     Case c;
-    c.scene = ThreeObjectScene(mxGizmoNode::GIZMO_ROTATE, csOrigin, MakeStandardCamera());
-    GestureScene& scene = *c.scene;
-    const Circle circle = CircleOf(scene, Z);
+    c.scene = ThreeObjectScene(mxGizmoNode::GIZMO_ROTATE, csOrigin, camera);
+    const Circle circle = CircleOf(*c.scene, axis);
     const auto on = [&](double degrees) {
-        return mx::test::WindowPixelOf(*scene.camera, ToFloat(circle.pointAt(degrees)));
+        return WindowPixelOf(*camera, ToFloat(circle.pointAt(degrees)));
     };
-    c.axis = Z;
-    c.press = on(45.0);
-    c.moves = {on(65.0), on(90.0), on(115.0)};
-    c.release = on(135.0);
+    c.axis = axis;
+    c.press = on(pressDegrees);
+    for (double degrees : movesDegrees) {
+        c.moves.push_back(on(degrees));
+    }
+    c.release = on(releaseDegrees);
     double finalDegrees = 0.0;
-    c.deltas = RotateDeltas(scene, Z, c.press, c.later(), finalDegrees);
+    c.deltas = RotateDeltas(*c.scene, axis, c.press, c.later(), finalDegrees);
     EXPECT_NEAR(90.0, finalDegrees, 1e-9);
     c.startWords = {"rotateStart"};
     c.endWords = {"rotateEnd"};
-    c.hoverAfterRelease = Z;
+    c.hoverAfterRelease = axis;
     c.tolerance = csRotationTolerance;
     return c;
+}
+
+// Rotate about Z in the standard view: the objects about the origin, where the circle about Z
+// faces the eye whole. The press is at 45 degrees on it, the moves sweep 20, 45 and 70
+// degrees, the release 90 degrees: all on the 5-degree grid, so that the half pixel of a
+// window position cannot change the rounded angle.
+Case RotateZCase() {
+    return RotateCase(MakeStandardCamera(), Z, 45.0, {65.0, 90.0, 115.0}, 135.0);
 }
 
 // Rotate about X seen from (6, 5, 8): the circle about X is an open ellipse. Its point nearest
 // the eye is at 58 degrees from Y towards Z; the press at 40 degrees and the release at 130
 // degrees are on its visible half, on screen more than 5 pixels nearer to it than to the other
-// two circles. The
-// moves sweep 25, 50 and 75 degrees, the release 90.
+// two circles. The moves sweep 25, 50 and 75 degrees, the release 90.
 Case RotateXCase() {
-    Case c;
-    c.scene = ThreeObjectScene(mxGizmoNode::GIZMO_ROTATE, csOrigin,
-                               MakeLookAtCamera(csRotateEye, csOrigin));
-    GestureScene& scene = *c.scene;
-    const Circle circle = CircleOf(scene, X);
-    const auto on = [&](double degrees) {
-        return mx::test::WindowPixelOf(*scene.camera, ToFloat(circle.pointAt(degrees)));
-    };
-    c.axis = X;
-    c.press = on(40.0);
-    c.moves = {on(65.0), on(90.0), on(115.0)};
-    c.release = on(130.0);
-    double finalDegrees = 0.0;
-    c.deltas = RotateDeltas(scene, X, c.press, c.later(), finalDegrees);
-    EXPECT_NEAR(90.0, finalDegrees, 1e-9);
-    c.startWords = {"rotateStart"};
-    c.endWords = {"rotateEnd"};
-    c.hoverAfterRelease = X;
-    c.tolerance = csRotationTolerance;
-    return c;
+    return RotateCase(MakeLookAtCamera(csRotateEye, csOrigin), X, 40.0, {65.0, 90.0, 115.0}, 130.0);
 }
 
 // Scale along Y in the standard view, outwards: the objects sit right of and below the centre
@@ -498,14 +461,9 @@ Case ScaleYCase() {
     Case c;
     c.scene =
         ThreeObjectScene(mxGizmoNode::GIZMO_SCALE, Vec3(1.0f, -3.0f, 0.0f), MakeStandardCamera());
-    GestureScene& scene = *c.scene;
-    c.axis = Y;
-    c.press = scene.onArrow(Y, 0.4);
-    c.moves = {scene.onArrow(Y, 0.8, csAside), scene.onArrow(Y, 1.2, csAside),
-               scene.onArrow(Y, 1.0, csAside)};
-    c.release = scene.onArrow(Y, 1.4);
+    SetArrowGesture(c, Y, 0.4, {0.8, 1.2, 1.0}, 1.4);
     Vec3d finalScale;
-    c.deltas = ScaleDeltas(scene, Y, c.press, c.later(), finalScale);
+    c.deltas = ScaleDeltas(*c.scene, Y, c.press, c.later(), finalScale);
     // Within the half pixel of the window positions.
     EXPECT_TRUE(VectorNear(finalScale, Vec3d(1.0, 2.0, 1.0), 0.02));
     c.startWords = {"translateStart", "scaleStart"};
@@ -522,15 +480,10 @@ Case UniformScaleXCase() {
     Case c;
     c.scene =
         ThreeObjectScene(mxGizmoNode::GIZMO_SCALE, Vec3(-2.0f, 2.0f, 0.0f), MakeStandardCamera());
-    GestureScene& scene = *c.scene;
-    scene.gizmo->setUseUniformScale(true);
-    c.axis = X;
-    c.press = scene.onArrow(X, 0.8);
-    c.moves = {scene.onArrow(X, 0.6, csAside), scene.onArrow(X, 0.2, csAside),
-               scene.onArrow(X, 0.5, csAside)};
-    c.release = scene.onArrow(X, 0.3);
+    c.scene->gizmo->setUseUniformScale(true);
+    SetArrowGesture(c, X, 0.8, {0.6, 0.2, 0.5}, 0.3);
     Vec3d finalScale;
-    c.deltas = ScaleDeltas(scene, X, c.press, c.later(), finalScale);
+    c.deltas = ScaleDeltas(*c.scene, X, c.press, c.later(), finalScale);
     const double twoThirds = 2.0 / 3.0;
     EXPECT_TRUE(VectorNear(finalScale, Vec3d(twoThirds, twoThirds, twoThirds), 0.02));
     c.startWords = {"translateStart", "scaleStart"};
@@ -583,7 +536,7 @@ TEST(mxEngineGestureTest, TranslateXReleaseAwayFromEveryArrowPutsTheNormalColour
     ASSERT_NO_FATAL_FAILURE(RunGesture(c, run));
     EXPECT_TRUE(ShowsHover(*c.scene->gizmo, -1));
     EXPECT_EQ(-1, c.scene->controller.getPickedAxeIndex(c.scene->gizmo.get()));
-    ExpectObjectsCarriedBy(WorldsOf(*c.scene), run.start, c.deltas.back(), c.tolerance);
+    ExpectObjectsCarriedBy(WorldsOf(c.scene->objects), run.start, c.deltas.back(), c.tolerance);
 }
 
 // A translate drag works from the press alone and the gizmo stays at depth 10, so its size and
@@ -622,7 +575,8 @@ TEST(mxEngineGestureTest, TranslateXGestureRecordedBeforeOneFrameEndsBitForBitLi
                                  spread.scene->objects[i]->getLocalTransform()));
     }
     // And both are where the pick rays say.
-    ExpectObjectsCarriedBy(WorldsOf(scene), run.start, whole.deltas.back(), whole.tolerance);
+    ExpectObjectsCarriedBy(WorldsOf(scene.objects), run.start, whole.deltas.back(),
+                           whole.tolerance);
 }
 
 // A press off every handle still starts a gesture, but one without a gizmo: its moves do not
@@ -631,7 +585,7 @@ TEST(mxEngineGestureTest, TranslateXGestureRecordedBeforeOneFrameEndsBitForBitLi
 TEST(mxEngineGestureTest, PressOffEveryHandleThenDragAcrossTheXArrowMovesNothingAndOnlyHovers) {
     Case c = TranslateXCase();
     GestureScene& scene = *c.scene;
-    const std::vector<Transform> start = WorldsOf(scene);
+    const std::vector<Transform> start = WorldsOf(scene.objects);
     const Transform gizmoStart = scene.gizmo->getWorldTransform();
     // The top left corner of the view, far from the gizmo.
     const WindowPixel corner{10, 10};
@@ -654,7 +608,7 @@ TEST(mxEngineGestureTest, PressOffEveryHandleThenDragAcrossTheXArrowMovesNothing
     EXPECT_EQ(X, scene.controller.getPickedAxeIndex(scene.gizmo.get()));
     EXPECT_TRUE(scene.listener.events.empty());
     EXPECT_TRUE(scene.listener.ends.empty());
-    const std::vector<Transform> finals = WorldsOf(scene);
+    const std::vector<Transform> finals = WorldsOf(scene.objects);
     for (std::size_t i = 0; i < finals.size(); ++i) {
         EXPECT_TRUE(BitwiseEqual(finals[i], start[i])) << "object " << i;
     }
@@ -665,37 +619,28 @@ TEST(mxEngineGestureTest, PressOffEveryHandleThenDragAcrossTheXArrowMovesNothing
 // parent turned 30 degrees about Z, the gizmo's X is the parent's: dragging its X arrow moves
 // the object along (cos 30, sin 30, 0) in the world, that is along X of its parent.
 TEST(mxEngineGestureTest, LocalOrientationDragsTheChildOfAParentTurnedThirtyDegreesAlongItsX) {
-    GestureScene scene(MakeStandardCamera(),
-                       Rotation(0.0f, 0.0f, 1.0f, static_cast<float>(Radians(30.0))),
-                       Vec3(-3.0f, 1.0f, 0.0f));
+    Case c;
+    c.scene = std::make_unique<GestureScene>(
+        MakeStandardCamera(), Rotation(0.0f, 0.0f, 1.0f, static_cast<float>(Radians(30.0))),
+        Vec3(-3.0f, 1.0f, 0.0f));
+    GestureScene& scene = *c.scene;
     mxMesh* object = scene.addObject(Vec3(-2.0f, 1.0f, 0.0f), true);
     scene.start(mxGizmoNode::GIZMO_TRANSLATE);
     ASSERT_EQ(mxGizmoController::Local, scene.controller.getOrientationReference());
     const Vec3d direction(std::cos(Radians(30.0)), std::sin(Radians(30.0)), 0.0);
     ASSERT_TRUE(VectorNear(mx::test::ColumnOf(scene.frame(), X), direction, 1e-6));
 
-    const WindowPixel press = scene.onArrow(X, 0.6);
-    const std::vector<WindowPixel> moves = {scene.onArrow(X, 1.0, csAside),
-                                            scene.onArrow(X, 1.3, csAside)};
-    const WindowPixel release = scene.onArrow(X, 1.1);
-    const AxisDrag drag = PressAxisDrag(*scene.camera, Mouse(press), scene.centre(),
+    SetArrowGesture(c, X, 0.6, {1.0, 1.3}, 1.1);
+    const AxisDrag drag = PressAxisDrag(*scene.camera, MouseOfWindowPixel(c.press), scene.centre(),
                                         Rotation<double>(0.0, 0.0, 1.0, Radians(30.0)), X);
     ASSERT_TRUE(drag.found);
-    const Vec3d moved = drag.pointUnder(*scene.camera, Mouse(release)) - drag.pressPoint;
+    const Vec3d moved =
+        drag.pointUnder(*scene.camera, MouseOfWindowPixel(c.release)) - drag.pressPoint;
     const Vec3 worldStart = object->getWorldTransform().GetTranslate();
     const Vec3 localStart = object->getLocalTransform().GetTranslate();
 
-    scene.hoverFrame(press);
-    ASSERT_TRUE(ShowsHover(*scene.gizmo, X));
-    ASSERT_TRUE(scene.controller.setMousePressed(scene.viewCamera(), press.x, press.y, csViewWidth,
-                                                 csViewHeight));
-    scene.engine.updateFrame();
-    for (const WindowPixel& move : moves) {
-        scene.controller.setMousePos(move.x, move.y);
-        scene.engine.updateFrame();
-    }
-    scene.controller.setMouseReleased(release.x, release.y);
-    scene.engine.updateFrame();
+    GestureRun run;
+    ASSERT_NO_FATAL_FAILURE(RunGesture(c, run));
 
     const Vec3d displacement =
         ToDouble(object->getWorldTransform().GetTranslate()) - ToDouble(worldStart);

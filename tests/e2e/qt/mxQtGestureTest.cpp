@@ -6,19 +6,14 @@
 
 #include "controller/mxGizmoController.h"
 #include "node/mxGizmoNode.h"
-#include "rendering/mxEngine.h"
-#include "scenegraph/mxCamera.h"
-#include "scenegraph/mxCameraNode.h"
 #include "scenegraph/mxGenericTransformation.h"
 #include "scenegraph/mxMesh.h"
-#include "scenegraph/mxPointer.h"
-#include "scenegraph/mxSpatial.h"
-#include "wm4/Wm4Vector2.h"
 #include "wm4/Wm4Vector3.h"
 
 #include "controller/mxControllerTestSupport.h"
+#include "e2e/mxGestureSupport.h"
 #include "node/mxGizmoNodeTestSupport.h"
-#include "support/mxQtTestApplication.h"
+#include "support/mxQtTestSupport.h"
 #include "support/mxTransformCompare.h"
 
 #include <QCoreApplication>
@@ -27,7 +22,6 @@
 #include <QPoint>
 #include <QPointF>
 #include <QTest>
-#include <QWidget>
 
 #include <gtest/gtest.h>
 
@@ -42,87 +36,25 @@ using test::BitwiseEqual;
 using test::csViewHeight;
 using test::csViewWidth;
 using test::EnsureQtApplication;
-using test::MakeObject;
-using test::MakeStandardCamera;
 using test::PixelOf;
-using test::RecordingListener;
+using test::RecordingWidget;
+using test::TwoObjectScene;
 using test::UnitAxis;
-using Vec2 = Wm4::Vector2<float>;
+using test::WidgetPoint;
 using Vec3 = Wm4::Vector3<float>;
 using Transform = mxGenericTransformation<float>;
 using Events = std::vector<std::string>;
 
-// The widget position of a pixel position measured from the lower left: the controller reads
-// widget pixel (x, y) at the pixel centre (x + 0.5, height - y - 0.5), so this is the widget
-// pixel whose centre lies nearest.
-QPoint WidgetPoint(const Vec2& pixel) {
-    return QPoint(static_cast<int>(std::lround(pixel.X() - 0.5f)),
-                  csViewHeight - static_cast<int>(std::lround(pixel.Y() + 0.5f)));
-}
+// The standard view over one gizmo in mode around two objects 2 units either side of the
+// origin: 10 pixels to the unit at the gizmo's depth.
+struct Scene : TwoObjectScene {
+    using TwoObjectScene::TwoObjectScene;
 
-// A widget that records the mouse events reaching it and takes them. Mouse tracking is on, as
-// in a viewer: without it Qt drops moves with no button down before any event filter sees
-// them.
-class RecordingWidget : public QWidget {
-public:
-    RecordingWidget() {
-        resize(csViewWidth, csViewHeight);
-        setMouseTracking(true);
-    }
-
-    std::vector<QEvent::Type> received;
-
-protected:
-    bool event(QEvent* event) override {
-        switch (event->type()) {
-        case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonRelease:
-        case QEvent::MouseButtonDblClick:
-        case QEvent::MouseMove:
-            received.push_back(event->type());
-            event->accept();
-            return true;
-        default:
-            return QWidget::event(event);
-        }
-    }
-};
-
-// The standard view (200 x 200 pixels, 90 degrees, eye at (0, 0, 10)) over one gizmo in mode,
-// framed by a first frame around two objects 2 units either side of the origin. At depth 10 its
-// 60-pixel axes and circles are 6 units long, 10 pixels to the unit.
-struct Scene {
-    explicit Scene(mxGizmoNode::GizmoMode mode) {
-        engine.setViewportSize(csViewWidth, csViewHeight);
-        engine.setCameraNode(new mxCameraNode(MakeStandardCamera().get()));
-        left = MakeObject(Vec3(-2.0f, 0.0f, 0.0f), engine.getScene());
-        right = MakeObject(Vec3(2.0f, 0.0f, 0.0f), engine.getScene());
-        gizmo = new mxGizmoNode;
-        engine.getScene()->attachChild(gizmo);
-        gizmo->setMode(mode);
-        gizmo->setReferenceObjects({left.get(), right.get()});
-        gizmo->setCullingMode(mxSpatial::CULL_DYNAMIC);
-        controller.install3DManipulatorMotionListener(&motions);
-        engine.attachController(&controller);
-        engine.updateFrame();
-        leftAtStart = left->getWorldTransform();
-        rightAtStart = right->getWorldTransform();
-    }
-
-    const mxCamera* camera() const { return engine.getCameraNode()->getCamera(); }
     // The widget pixel over a point given in the placed gizmo's own frame (its axes are 1 long).
     QPoint at(const Vec3& gizmoPoint) const {
-        return WidgetPoint(PixelOf(*camera(), gizmo->getWorldTransform().ApplyForward(gizmoPoint)));
+        return WidgetPoint(
+            PixelOf(*viewCamera(), gizmo->getWorldTransform().ApplyForward(gizmoPoint)));
     }
-
-    mxEngine engine;
-    mxGizmoController controller;
-    RecordingListener motions;
-    mxPointer<mxMesh> left;
-    mxPointer<mxMesh> right;
-    mxGizmoNode* gizmo = nullptr;
-    Transform leftAtStart;
-    Transform rightAtStart;
 };
 
 // A scene driven through Qt: the filter installed on a widget of the view's size.
@@ -158,7 +90,7 @@ struct DirectScene : Scene {
     using Scene::Scene;
 
     void press(const QPoint& point) {
-        controller.setMousePressed(camera(), point.x(), point.y(), csViewWidth, csViewHeight);
+        controller.setMousePressed(viewCamera(), point.x(), point.y(), csViewWidth, csViewHeight);
         engine.updateFrame();
     }
     void move(const QPoint& point) {
@@ -199,14 +131,15 @@ Events DragBothWaysAndCompare(mxGizmoNode::GizmoMode mode, Gesture (*gestureOf)(
         << viaQt.widget.received.size() << " events reached the widget";
     EXPECT_TRUE(BitwiseEqual(viaQt.left->getWorldTransform(), direct.left->getWorldTransform()));
     EXPECT_TRUE(BitwiseEqual(viaQt.right->getWorldTransform(), direct.right->getWorldTransform()));
-    EXPECT_EQ(direct.motions.events, viaQt.motions.events);
-    EXPECT_EQ(direct.motions.ends.size(), viaQt.motions.ends.size());
-    for (std::size_t i = 0; i < viaQt.motions.ends.size() && i < direct.motions.ends.size(); ++i) {
-        EXPECT_TRUE(BitwiseEqual(viaQt.motions.ends[i], direct.motions.ends[i])) << "end " << i;
+    EXPECT_EQ(direct.listener.events, viaQt.listener.events);
+    EXPECT_EQ(direct.listener.ends.size(), viaQt.listener.ends.size());
+    for (std::size_t i = 0; i < viaQt.listener.ends.size() && i < direct.listener.ends.size();
+         ++i) {
+        EXPECT_TRUE(BitwiseEqual(viaQt.listener.ends[i], direct.listener.ends[i])) << "end " << i;
     }
     // The gesture did something: the objects moved.
     EXPECT_FALSE(BitwiseEqual(viaQt.right->getWorldTransform(), viaQt.rightAtStart));
-    return viaQt.motions.events;
+    return viaQt.listener.events;
 }
 
 // Presses three quarters along the X arrow, drags 10, 20, then 30 pixels to the right and
@@ -247,6 +180,18 @@ Gesture ScaleAlongY(const Scene& scene) {
 Events ExpectedRecord(const std::string& start, const std::string& end) {
     return Events{start,         "manipulated", "manipulated", "manipulated",
                   "manipulated", end,           "manipulated"};
+}
+
+// A gesture of a press, three moves and the release reached the widget whole, and neither the
+// objects nor the listener saw anything of it.
+void ExpectReachedTheWidgetWholeAndMovedNothing(const QtScene& scene) {
+    EXPECT_EQ(
+        (std::vector<QEvent::Type>{QEvent::MouseButtonPress, QEvent::MouseMove, QEvent::MouseMove,
+                                   QEvent::MouseMove, QEvent::MouseButtonRelease}),
+        scene.widget.received);
+    EXPECT_TRUE(BitwiseEqual(scene.left->getWorldTransform(), scene.leftAtStart));
+    EXPECT_TRUE(BitwiseEqual(scene.right->getWorldTransform(), scene.rightAtStart));
+    EXPECT_TRUE(scene.listener.events.empty());
 }
 
 TEST(mxQtGestureTest, TranslateDragOnXThroughQtIsConsumedAndEqualsTheDirectCalls) {
@@ -320,13 +265,7 @@ TEST(mxQtGestureTest, RightButtonDragOverAHandleReachesTheWidgetAndMovesNothing)
         scene.move(point, Qt::RightButton);
     }
     scene.release(gesture.releaseAt, Qt::RightButton);
-    EXPECT_EQ(
-        (std::vector<QEvent::Type>{QEvent::MouseButtonPress, QEvent::MouseMove, QEvent::MouseMove,
-                                   QEvent::MouseMove, QEvent::MouseButtonRelease}),
-        scene.widget.received);
-    EXPECT_TRUE(BitwiseEqual(scene.left->getWorldTransform(), scene.leftAtStart));
-    EXPECT_TRUE(BitwiseEqual(scene.right->getWorldTransform(), scene.rightAtStart));
-    EXPECT_TRUE(scene.motions.events.empty());
+    ExpectReachedTheWidgetWholeAndMovedNothing(scene);
 }
 
 TEST(mxQtGestureTest, LeftDragBegunOffTheGizmosReachesTheWidgetAndMovesNothing) {
@@ -336,13 +275,7 @@ TEST(mxQtGestureTest, LeftDragBegunOffTheGizmosReachesTheWidgetAndMovesNothing) 
     Drag(scene, Gesture{QPoint(20, 20),
                         {QPoint(80, 60), handle.pressAt, handle.moves.back()},
                         handle.releaseAt});
-    EXPECT_EQ(
-        (std::vector<QEvent::Type>{QEvent::MouseButtonPress, QEvent::MouseMove, QEvent::MouseMove,
-                                   QEvent::MouseMove, QEvent::MouseButtonRelease}),
-        scene.widget.received);
-    EXPECT_TRUE(BitwiseEqual(scene.left->getWorldTransform(), scene.leftAtStart));
-    EXPECT_TRUE(BitwiseEqual(scene.right->getWorldTransform(), scene.rightAtStart));
-    EXPECT_TRUE(scene.motions.events.empty());
+    ExpectReachedTheWidgetWholeAndMovedNothing(scene);
 }
 
 TEST(mxQtGestureTest, GestureAfterAGestureOffTheGizmosIsConsumedAgain) {
@@ -352,7 +285,7 @@ TEST(mxQtGestureTest, GestureAfterAGestureOffTheGizmosIsConsumedAgain) {
     const std::size_t passedOn = scene.widget.received.size();
     Drag(scene, handle);
     EXPECT_EQ(passedOn, scene.widget.received.size());
-    EXPECT_EQ(ExpectedRecord("translateStart", "translateEnd"), scene.motions.events);
+    EXPECT_EQ(ExpectedRecord("translateStart", "translateEnd"), scene.listener.events);
 }
 
 } // namespace
