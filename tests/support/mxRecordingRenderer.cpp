@@ -61,6 +61,12 @@ void mxRecordingRenderer::drawMesh(mxMesh& mesh) {
     calls.push_back(call);
 }
 
+void mxRecordingRenderer::beginOverlay() {
+    Call call;
+    call.kind = BEGIN_OVERLAY;
+    calls.push_back(call);
+}
+
 std::vector<mxRecordingRenderer::CallKind> mxRecordingRenderer::getCallKinds() const {
     std::vector<CallKind> kinds;
     kinds.reserve(calls.size());

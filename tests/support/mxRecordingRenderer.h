@@ -14,7 +14,15 @@ namespace test {
 
 class mxRecordingRenderer : public mxHardwareRendererInterface {
 public:
-    enum CallKind { BEGIN_FRAME, END_FRAME, PREPARE_BUFFER, SET_VIEW, DRAW_LINE, DRAW_MESH };
+    enum CallKind {
+        BEGIN_FRAME,
+        END_FRAME,
+        PREPARE_BUFFER,
+        SET_VIEW,
+        DRAW_LINE,
+        DRAW_MESH,
+        BEGIN_OVERLAY
+    };
 
     struct Call {
         CallKind kind;
@@ -41,6 +49,7 @@ public:
     void setView(const mxCamera& camera, int viewportWidth, int viewportHeight) override;
     void drawLine(mxLine& line) override;
     void drawMesh(mxMesh& mesh) override;
+    void beginOverlay() override;
 
     // Refuses every prepareBuffer of a non-null buffer from the callNumber-th call (counted
     // from 1 since construction or the last clear) on; 0 accepts them all again. A null

@@ -2,7 +2,8 @@
 // for one frame. A renderer for a graphics API implements it; mxSceneRenderer drives it.
 //
 // A frame is beginFrame(), setView(), any number of prepareBuffer() and draw calls, then
-// endFrame().
+// endFrame(). Draw calls after beginOverlay() in the same frame are drawn over everything
+// drawn before them.
 #pragma once
 
 #include "scenegraph/SceneGraph.h"
@@ -24,6 +25,8 @@ public:
     virtual void drawLine(mxLine& line) = 0;
     // Draws a mesh shaded in its colour, placed by its world transformation.
     virtual void drawMesh(mxMesh& mesh) = 0;
+    // What is drawn from here to the end of the frame shows over what was drawn before.
+    virtual void beginOverlay() = 0;
 };
 
 } // namespace mx

@@ -6,6 +6,7 @@
 #include "scenegraph/mxNode.h"
 
 #include <cmath>
+#include <initializer_list>
 
 namespace mx {
 
@@ -21,33 +22,43 @@ void mxSceneRenderer::renderScene(mxSpatial* root, const mxCamera& camera, int v
     if (!device || !root) {
         return;
     }
-    meshes.clear();
-    lines.clear();
-    collect(root, camera);
+    for (Layer* layer : {&scene, &overlay}) {
+        layer->meshes.clear();
+        layer->lines.clear();
+    }
+    collect(root, camera, false);
 
     device->beginFrame();
     device->setView(camera, viewportWidth, viewportHeight);
-    auto prepare = [device](mxBaseGeometry& geometry) {
-        mxGeometry* generated = geometry.getGeneratedGeometry();
-        return device->prepareBuffer(generated->getGeneratedBuffer(0), false) &&
-               device->prepareBuffer(generated->getGeneratedBuffer(1), false);
-    };
-    for (mxMesh* mesh : meshes) {
-        if (prepare(*mesh)) {
-            device->drawMesh(*mesh);
-            lastDrawn.push_back(mesh);
-        }
-    }
-    for (mxLine* line : lines) {
-        if (prepare(*line)) {
-            device->drawLine(*line);
-            lastDrawn.push_back(line);
-        }
+    draw(*device, scene);
+    if (!overlay.meshes.empty() || !overlay.lines.empty()) {
+        device->beginOverlay();
+        draw(*device, overlay);
     }
     device->endFrame();
 }
 
-void mxSceneRenderer::collect(mxSpatial* spatial, const mxCamera& camera) {
+void mxSceneRenderer::draw(mxHardwareRendererInterface& device, const Layer& layer) {
+    auto prepare = [&device](mxBaseGeometry& geometry) {
+        mxGeometry* generated = geometry.getGeneratedGeometry();
+        return device.prepareBuffer(generated->getGeneratedBuffer(0), false) &&
+               device.prepareBuffer(generated->getGeneratedBuffer(1), false);
+    };
+    for (mxMesh* mesh : layer.meshes) {
+        if (prepare(*mesh)) {
+            device.drawMesh(*mesh);
+            lastDrawn.push_back(mesh);
+        }
+    }
+    for (mxLine* line : layer.lines) {
+        if (prepare(*line)) {
+            device.drawLine(*line);
+            lastDrawn.push_back(line);
+        }
+    }
+}
+
+void mxSceneRenderer::collect(mxSpatial* spatial, const mxCamera& camera, bool inOverlay) {
     switch (spatial->getCullingMode()) {
     case mxSpatial::CULL_ALWAYS:
         return;
@@ -59,22 +70,24 @@ void mxSceneRenderer::collect(mxSpatial* spatial, const mxCamera& camera) {
     case mxSpatial::CULL_NEVER:
         break;
     }
+    inOverlay = inOverlay || spatial->isOverlay();
+    Layer& layer = inOverlay ? overlay : scene;
     if (spatial->IsDerived(mxNode::TYPE)) {
         mxNode* node = static_cast<mxNode*>(spatial);
         for (int i = 0; i < node->getChildCount(); ++i) {
             if (mxSpatial* child = node->getChild(i)) {
-                collect(child, camera);
+                collect(child, camera, inOverlay);
             }
         }
     } else if (spatial->IsDerived(mxMesh::TYPE)) {
         mxMesh* mesh = static_cast<mxMesh*>(spatial);
         if (mesh->checkRenderable(false)) {
-            meshes.push_back(mesh);
+            layer.meshes.push_back(mesh);
         }
     } else if (spatial->IsDerived(mxLine::TYPE)) {
         mxLine* line = static_cast<mxLine*>(spatial);
         if (line->checkRenderable(false)) {
-            lines.push_back(line);
+            layer.lines.push_back(line);
         }
     }
 }

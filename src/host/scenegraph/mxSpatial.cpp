@@ -12,8 +12,8 @@ constexpr unsigned int csPendingWork = mxSpatial::DIRTY_WORLD | mxSpatial::DIRTY
 const mxRtti mxSpatial::TYPE("mxCore.mxSpatial", &mxObject::TYPE);
 
 mxSpatial::mxSpatial()
-    : parent(nullptr), cullingMode(CULL_DYNAMIC), dirtyFlags(0), dirtyFlagsDown(0),
-      stateFlags(0), updateFlags(0), ignoreWorld(false), ignoreBound(false),
+    : parent(nullptr), cullingMode(CULL_DYNAMIC), overlay(false), dirtyFlags(0),
+      dirtyFlagsDown(0), stateFlags(0), updateFlags(0), ignoreWorld(false), ignoreBound(false),
       ignoreChildren(false), changeStamp(0) {}
 
 mxSpatial::~mxSpatial() = default;

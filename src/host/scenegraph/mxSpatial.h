@@ -73,6 +73,10 @@ public:
 
     void setCullingMode(CullingMode mode) { cullingMode = mode; }
     CullingMode getCullingMode() const { return cullingMode; }
+    // An overlay subtree (this object and everything below it) is drawn after the rest of the
+    // scene and over it, whatever lies in front: manipulators and other handles use it.
+    void setOverlay(bool drawnOver) { overlay = drawnOver; }
+    bool isOverlay() const { return overlay; }
 
     // ORs flags into the dirty flags; markAncestors marks the ancestors so that a flagged
     // update from any of them reaches this object; markSubtree also ORs flags into the flags
@@ -144,6 +148,7 @@ private:
     mxGenericTransformation<float> local;
     mxGenericTransformation<float> world;
     CullingMode cullingMode;
+    bool overlay;
     unsigned int dirtyFlags;
     unsigned int dirtyFlagsDown;
     unsigned int stateFlags;

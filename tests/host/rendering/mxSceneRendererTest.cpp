@@ -369,3 +369,68 @@ TEST(mxSceneRendererIsInViewTest, FollowsTheCameraFrame) {
     EXPECT_FALSE(mxSceneRenderer::isInView(camera, mxBoundingVolume(Vector(0, 0, 0), 1.0f)));
     EXPECT_FALSE(mxSceneRenderer::isInView(camera, mxBoundingVolume(Vector(0, 0, -5), 1.0f)));
 }
+
+TEST_F(mxSceneRendererTest, OverlaySubtreeIsDrawnAfterBeginOverlayMeshesBeforeLines) {
+    // The overlay node comes first in the walk, yet its geometries are drawn last.
+    mxPointer<mxNode> overlay = new mxNode();
+    overlay->setOverlay(true);
+    mxPointer<mxLine> overlayLine = makeSegment(Vector(0.0f, 1.0f, -10.0f));
+    mxPointer<mxMesh> overlayMesh = makeTriangle(Vector(0.0f, 1.0f, -10.0f));
+    overlay->attachChild(overlayLine.get());
+    overlay->attachChild(overlayMesh.get());
+    root->attachChild(overlay.get());
+    mxPointer<mxLine> line = makeSegment(Vector(0.0f, -1.0f, -10.0f));
+    mxPointer<mxMesh> mesh = makeTriangle(Vector(0.0f, -1.0f, -10.0f));
+    root->attachChild(line.get());
+    root->attachChild(mesh.get());
+    render();
+
+    EXPECT_EQ((Drawn{mesh.get(), line.get(), overlayMesh.get(), overlayLine.get()}),
+              renderer.getLastDrawn());
+    const std::vector<mxRecordingRenderer::CallKind> kinds = device.getCallKinds();
+    std::vector<mxRecordingRenderer::CallKind> draws;
+    for (mxRecordingRenderer::CallKind kind : kinds) {
+        if (kind == mxRecordingRenderer::DRAW_MESH || kind == mxRecordingRenderer::DRAW_LINE ||
+            kind == mxRecordingRenderer::BEGIN_OVERLAY) {
+            draws.push_back(kind);
+        }
+    }
+    EXPECT_EQ((std::vector<mxRecordingRenderer::CallKind>{
+                  mxRecordingRenderer::DRAW_MESH, mxRecordingRenderer::DRAW_LINE,
+                  mxRecordingRenderer::BEGIN_OVERLAY, mxRecordingRenderer::DRAW_MESH,
+                  mxRecordingRenderer::DRAW_LINE}),
+              draws);
+    EXPECT_EQ(mxRecordingRenderer::END_FRAME, kinds.back());
+}
+
+TEST_F(mxSceneRendererTest, BeginOverlayIsNotCalledWhenNoOverlayGeometryIsDrawn) {
+    // An overlay node whose only geometry is culled leaves nothing to draw over the scene.
+    mxPointer<mxNode> overlay = new mxNode();
+    overlay->setOverlay(true);
+    mxPointer<mxLine> hidden = makeSegment(Vector(0.0f, 0.0f, -10.0f));
+    hidden->setCullingMode(mxSpatial::CULL_ALWAYS);
+    overlay->attachChild(hidden.get());
+    root->attachChild(overlay.get());
+    mxPointer<mxMesh> mesh = makeTriangle(Vector(0.0f, 0.0f, -10.0f));
+    root->attachChild(mesh.get());
+    render();
+
+    EXPECT_EQ(0, device.countCalls(mxRecordingRenderer::BEGIN_OVERLAY));
+    EXPECT_EQ((Drawn{mesh.get()}), renderer.getLastDrawn());
+}
+
+TEST_F(mxSceneRendererTest, OverlayGeometryBelowAPlainNodeOfAnOverlayIsStillAnOverlay) {
+    // The mark covers the whole subtree: a child that is not marked itself still counts.
+    mxPointer<mxNode> overlay = new mxNode();
+    overlay->setOverlay(true);
+    mxPointer<mxNode> inner = new mxNode();
+    mxPointer<mxLine> line = makeSegment(Vector(0.0f, 0.0f, -10.0f));
+    inner->attachChild(line.get());
+    overlay->attachChild(inner.get());
+    root->attachChild(overlay.get());
+    render();
+
+    EXPECT_FALSE(inner->isOverlay());
+    EXPECT_EQ(1, device.countCalls(mxRecordingRenderer::BEGIN_OVERLAY));
+    EXPECT_EQ((Drawn{line.get()}), renderer.getLastDrawn());
+}

@@ -137,6 +137,18 @@ TEST(mxSpatialTest, NewSpatialIsAnIdentityRootWithNoFlags) {
     EXPECT_EQ(0u, spatial->getUpdateFlags());
     EXPECT_EQ(mxSpatial::CULL_DYNAMIC, spatial->getCullingMode());
     EXPECT_FALSE(spatial->isIgnored());
+    EXPECT_FALSE(spatial->isOverlay());
+}
+
+TEST(mxSpatialTest, OverlayMarkIsSetAndClearedWithoutTouchingFlags) {
+    mxPointer<mxSpatial> spatial = new PlainSpatial();
+    const std::uint64_t stamp = spatial->getChangeStamp();
+    spatial->setOverlay(true);
+    EXPECT_TRUE(spatial->isOverlay());
+    spatial->setOverlay(false);
+    EXPECT_FALSE(spatial->isOverlay());
+    EXPECT_EQ(0u, spatial->getDirtyFlags());
+    EXPECT_EQ(stamp, spatial->getChangeStamp());
 }
 
 TEST(mxSpatialTest, CullingModeTakesEachOfTheThreeModes) {
