@@ -12,6 +12,7 @@
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QTimer>
+#include <QUndoStack>
 #include <QUndoView>
 
 namespace viewer {
@@ -125,13 +126,29 @@ void MainWindow::buildMenus() {
     edit->addAction(undo);
     edit->addAction(redo);
     edit->addSeparator();
-    // The history: every drag, the current one marked; clicking a row goes back to it.
+    // The history in the menu: the state before any drag, then every drag, the current state
+    // checked; choosing one goes back or forward to it.
+    QMenu* steps = edit->addMenu(tr("&History"));
+    connect(steps, &QMenu::aboutToShow, this, [this, steps] {
+        steps->clear();
+        QUndoStack& stack = session.getUndoStack();
+        for (int index = 0; index <= stack.count(); ++index) {
+            const QString text = index == 0 ? tr("Before any drag") : stack.text(index - 1);
+            QAction* state = steps->addAction(text);
+            state->setCheckable(true);
+            state->setChecked(index == stack.index());
+            connect(state, &QAction::triggered, this,
+                    [this, index] { session.getUndoStack().setIndex(index); });
+        }
+    });
+    // The same history as a panel.
     auto* history = new QDockWidget(tr("History"), this);
     history->setObjectName(QStringLiteral("history"));
     history->setWidget(new QUndoView(&session.getUndoStack(), history));
     addDockWidget(Qt::RightDockWidgetArea, history);
     history->hide();
     QAction* showHistory = history->toggleViewAction();
+    showHistory->setText(tr("History &panel"));
     showHistory->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_H));
     edit->addAction(showHistory);
 

@@ -230,34 +230,30 @@ struct DraggedPair {
         EXPECT_TRUE(BitwiseEqual(child->getLocalTransform(), childEntry.localAfter));
         EXPECT_TRUE(BitwiseEqual(child->getWorldTransform(), childEntry.worldAfter));
     }
+
+    // Pushes one step holding the entries in the order listed, then undoes and redoes it,
+    // expecting both objects at their recorded states each time.
+    void expectUndoAndRedoOf(const std::vector<Entry>& listed) {
+        ASSERT_FALSE(BitwiseEqual(childEntry.worldBefore,
+                                  Below(parentEntry.worldBefore, childEntry.localBefore)));
+        QUndoStack stack;
+        stack.push(new ManipulationCommand(ManipulationCommand::TRANSLATE, Xform(), listed));
+
+        stack.undo();
+        expectBefore();
+        stack.redo();
+        expectAfter();
+    }
 };
 
 TEST(ManipulationCommandTest, ParentListedBeforeItsChildBothGetTheirOwnRecordedStatesBack) {
     DraggedPair scene;
-    ASSERT_FALSE(BitwiseEqual(scene.childEntry.worldBefore,
-                              Below(scene.parentEntry.worldBefore, scene.childEntry.localBefore)));
-    QUndoStack stack;
-    stack.push(new ManipulationCommand(ManipulationCommand::TRANSLATE, Xform(),
-                                       {scene.parentEntry, scene.childEntry}));
-
-    stack.undo();
-    scene.expectBefore();
-    stack.redo();
-    scene.expectAfter();
+    scene.expectUndoAndRedoOf({scene.parentEntry, scene.childEntry});
 }
 
 TEST(ManipulationCommandTest, ChildListedBeforeItsParentBothGetTheirOwnRecordedStatesBack) {
     DraggedPair scene;
-    ASSERT_FALSE(BitwiseEqual(scene.childEntry.worldBefore,
-                              Below(scene.parentEntry.worldBefore, scene.childEntry.localBefore)));
-    QUndoStack stack;
-    stack.push(new ManipulationCommand(ManipulationCommand::TRANSLATE, Xform(),
-                                       {scene.childEntry, scene.parentEntry}));
-
-    stack.undo();
-    scene.expectBefore();
-    stack.redo();
-    scene.expectAfter();
+    scene.expectUndoAndRedoOf({scene.childEntry, scene.parentEntry});
 }
 
 TEST(ManipulationCommandTest, OneObjectIsNamedInTheText) {

@@ -160,32 +160,39 @@ OrbitCamera TurnedOrbit() {
     return orbit;
 }
 
+// A pan of the turned orbit by (dx, dy) pixels: how far the target went, and the host camera's
+// right and up vectors and the world length of a pixel at the target before the pan.
+struct TurnedPan {
+    Vec3d right;
+    Vec3d up;
+    double step = 0.0;
+    Vec3d targetShift;
+
+    TurnedPan(double dx, double dy) {
+        OrbitCamera orbit = TurnedOrbit();
+        mx::mxCamera camera;
+        orbit.apply(camera, csWidth, csHeight);
+        right = ToDouble(camera.getRVector());
+        up = ToDouble(camera.getUVector());
+        step = UnitsPerPixel(orbit, csHeight);
+        const Vec3d before = orbit.getTarget();
+
+        orbit.pan(dx, dy, csHeight);
+
+        targetShift = orbit.getTarget() - before;
+    }
+};
+
 TEST(OrbitCameraTest, PanAlongXMovesTheTargetAlongTheCamerasRightVector) {
-    OrbitCamera orbit = TurnedOrbit();
-    mx::mxCamera camera;
-    orbit.apply(camera, csWidth, csHeight);
-    const Vec3d right = ToDouble(camera.getRVector());
-    const Vec3d before = orbit.getTarget();
-    const double step = UnitsPerPixel(orbit, csHeight);
-
-    orbit.pan(40.0, 0.0, csHeight);
-
+    const TurnedPan pan(40.0, 0.0);
     // Dragging right takes the scene along: the target goes the other way.
-    EXPECT_TRUE(VectorNear(orbit.getTarget() - before, right * (-40.0 * step), 1e-6));
+    EXPECT_TRUE(VectorNear(pan.targetShift, pan.right * (-40.0 * pan.step), 1e-6));
 }
 
 TEST(OrbitCameraTest, PanAlongYMovesTheTargetAlongTheCamerasUpVector) {
-    OrbitCamera orbit = TurnedOrbit();
-    mx::mxCamera camera;
-    orbit.apply(camera, csWidth, csHeight);
-    const Vec3d up = ToDouble(camera.getUVector());
-    const Vec3d before = orbit.getTarget();
-    const double step = UnitsPerPixel(orbit, csHeight);
-
-    orbit.pan(0.0, 30.0, csHeight);
-
+    const TurnedPan pan(0.0, 30.0);
     // Screen y grows downwards: dragging down takes the scene down, the target goes up.
-    EXPECT_TRUE(VectorNear(orbit.getTarget() - before, up * (30.0 * step), 1e-6));
+    EXPECT_TRUE(VectorNear(pan.targetShift, pan.up * (30.0 * pan.step), 1e-6));
 }
 
 TEST(OrbitCameraTest, PanMakesTheOldTargetFollowTheMouseOnScreen) {

@@ -110,6 +110,40 @@ std::string Describe(const QImage& image, const WindowPixel& pixel) {
            DescribePixel(image.pixel(pixel.x, pixel.y));
 }
 
+// Success when run exited 0 and wrote the screenshot name, which image then holds.
+::testing::AssertionResult Screenshot(const ViewerRun& run, const char* name, QImage& image) {
+    if (run.exitCode != 0) {
+        return ::testing::AssertionFailure() << run.describe();
+    }
+    image = run.screenshot(QString::fromUtf8(name));
+    if (image.isNull()) {
+        return ::testing::AssertionFailure() << "no screenshot " << name << ".png";
+    }
+    return ::testing::AssertionSuccess();
+}
+
+// Success when, in the screenshot name of run, the pixel the mouse step numbered step happened
+// at holds color, each channel within csTolerance.
+::testing::AssertionResult StepPixelShows(const ViewerRun& run, const char* name, int step,
+                                          const Wm4::ColorRGB& color) {
+    QImage image;
+    ::testing::AssertionResult loaded = Screenshot(run, name, image);
+    if (!loaded) {
+        return loaded;
+    }
+    const WindowPixel pixel = PixelOfStep(StepRecord(run.report, step));
+    if (!image.valid(pixel.x, pixel.y)) {
+        return ::testing::AssertionFailure()
+               << "pixel (" << pixel.x << ", " << pixel.y << ") lies outside the " << image.width()
+               << " x " << image.height() << " screenshot " << name;
+    }
+    if (ChannelDistance(image.pixel(pixel.x, pixel.y), color) > csTolerance) {
+        return ::testing::AssertionFailure()
+               << Describe(image, pixel) << " in " << name << ", expected " << DescribeColor(color);
+    }
+    return ::testing::AssertionSuccess();
+}
+
 // ---------------------------------------------------------------------------------------------
 // Hover
 
@@ -134,28 +168,13 @@ TEST(mxViewerPixelTest, TranslateHandleStepLandsSixTenthsAlongTheShaftOnTheNeare
 
 TEST(mxViewerPixelTest, MiddleOfTheXShaftShowsTheNormalXColourBeforeAnyHover) {
     const TranslatePictures& pictures = Translate();
-    ASSERT_EQ(pictures.run.exitCode, 0) << pictures.run.describe();
-    const QImage idle = pictures.run.screenshot(QStringLiteral("idle"));
-    ASSERT_FALSE(idle.isNull());
-    const WindowPixel pixel = PixelOfStep(StepRecord(pictures.run.report, pictures.hoverX));
-    ASSERT_TRUE(idle.valid(pixel.x, pixel.y));
-
-    EXPECT_LE(ChannelDistance(idle.pixel(pixel.x, pixel.y), mxGizmoNode::csColors[0]), csTolerance)
-        << Describe(idle, pixel) << ", expected " << DescribeColor(mxGizmoNode::csColors[0]);
+    EXPECT_TRUE(StepPixelShows(pictures.run, "idle", pictures.hoverX, mxGizmoNode::csColors[0]));
 }
 
 TEST(mxViewerPixelTest, MiddleOfTheXShaftShowsTheHoveredXShadeAfterTheMouseMovesThereAndAFrame) {
     const TranslatePictures& pictures = Translate();
-    ASSERT_EQ(pictures.run.exitCode, 0) << pictures.run.describe();
-    const QImage hovered = pictures.run.screenshot(QStringLiteral("hover-x"));
-    ASSERT_FALSE(hovered.isNull());
-    const WindowPixel pixel = PixelOfStep(StepRecord(pictures.run.report, pictures.hoverX));
-    ASSERT_TRUE(hovered.valid(pixel.x, pixel.y));
-
-    EXPECT_LE(ChannelDistance(hovered.pixel(pixel.x, pixel.y), mxGizmoNode::csColorsHighlight[0]),
-              csTolerance)
-        << Describe(hovered, pixel) << ", expected "
-        << DescribeColor(mxGizmoNode::csColorsHighlight[0]);
+    EXPECT_TRUE(StepPixelShows(pictures.run, "hover-x", pictures.hoverX,
+                               mxGizmoNode::csColorsHighlight[0]));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -163,21 +182,13 @@ TEST(mxViewerPixelTest, MiddleOfTheXShaftShowsTheHoveredXShadeAfterTheMouseMoves
 
 TEST(mxViewerPixelTest, YArrowShowsItsNormalColourBeforeItsMaskBitIsCleared) {
     const TranslatePictures& pictures = Translate();
-    ASSERT_EQ(pictures.run.exitCode, 0) << pictures.run.describe();
-    const QImage idle = pictures.run.screenshot(QStringLiteral("idle"));
-    ASSERT_FALSE(idle.isNull());
-    const WindowPixel pixel = PixelOfStep(StepRecord(pictures.run.report, pictures.ontoY));
-    ASSERT_TRUE(idle.valid(pixel.x, pixel.y));
-
-    EXPECT_LE(ChannelDistance(idle.pixel(pixel.x, pixel.y), mxGizmoNode::csColors[1]), csTolerance)
-        << Describe(idle, pixel) << ", expected " << DescribeColor(mxGizmoNode::csColors[1]);
+    EXPECT_TRUE(StepPixelShows(pictures.run, "idle", pictures.ontoY, mxGizmoNode::csColors[1]));
 }
 
 TEST(mxViewerPixelTest, KeyTwoHidesTheYArrowWithinTwoPixelsOfItsHandle) {
     const TranslatePictures& pictures = Translate();
-    ASSERT_EQ(pictures.run.exitCode, 0) << pictures.run.describe();
-    const QImage hidden = pictures.run.screenshot(QStringLiteral("no-y"));
-    ASSERT_FALSE(hidden.isNull());
+    QImage hidden;
+    ASSERT_TRUE(Screenshot(pictures.run, "no-y", hidden));
     const WindowPixel pixel = PixelOfStep(StepRecord(pictures.run.report, pictures.ontoY));
 
     for (const Wm4::ColorRGB& color :
@@ -187,10 +198,8 @@ TEST(mxViewerPixelTest, KeyTwoHidesTheYArrowWithinTwoPixelsOfItsHandle) {
             << Describe(hidden, pixel);
     }
     // The X arrow is still there, hovered.
-    const WindowPixel x = PixelOfStep(StepRecord(pictures.run.report, pictures.hoverX));
-    EXPECT_LE(ChannelDistance(hidden.pixel(x.x, x.y), mxGizmoNode::csColorsHighlight[0]),
-              csTolerance)
-        << Describe(hidden, x);
+    EXPECT_TRUE(
+        StepPixelShows(pictures.run, "no-y", pictures.hoverX, mxGizmoNode::csColorsHighlight[0]));
 }
 
 TEST(mxViewerPixelTest, KeyTwoClearsOnlyBitOneOfTheTranslateMask) {
@@ -268,13 +277,22 @@ int Count(const std::string& samples, char c) {
     return static_cast<int>(std::count(samples.begin(), samples.end(), c));
 }
 
+// Success when run exited 0 and wrote the screenshot name, whose circle about Z, placed as the
+// gizmo was at the mouse step numbered step, samples then holds (see CircleSamples, 256 angles).
+::testing::AssertionResult ZCircleOf(const ViewerRun& run, const char* name, int step,
+                                     std::string& samples) {
+    QImage image;
+    ::testing::AssertionResult loaded = Screenshot(run, name, image);
+    if (loaded) {
+        samples = CircleSamples(image, run.report, GizmoOfStep(StepRecord(run.report, step)), 256);
+    }
+    return loaded;
+}
+
 TEST(mxViewerPixelTest, UndraggedZCircleIsSolid) {
     const RotatePictures& pictures = Rotate();
-    ASSERT_EQ(pictures.run.exitCode, 0) << pictures.run.describe();
-    const QImage image = pictures.run.screenshot(QStringLiteral("circle"));
-    ASSERT_FALSE(image.isNull());
-    const ReportTransform gizmo = GizmoOfStep(StepRecord(pictures.run.report, pictures.press));
-    const std::string samples = CircleSamples(image, pictures.run.report, gizmo, 256);
+    std::string samples;
+    ASSERT_TRUE(ZCircleOf(pictures.run, "circle", pictures.press, samples));
 
     // In its normal colour all round; the circles seen edge on cross it at four points.
     EXPECT_GE(Count(samples, '#'), 240) << samples;
@@ -286,11 +304,8 @@ TEST(mxViewerPixelTest, UndraggedZCircleIsSolid) {
 
 TEST(mxViewerPixelTest, DraggedZCircleIsDashed) {
     const RotatePictures& pictures = Rotate();
-    ASSERT_EQ(pictures.run.exitCode, 0) << pictures.run.describe();
-    const QImage image = pictures.run.screenshot(QStringLiteral("dragged"));
-    ASSERT_FALSE(image.isNull());
-    const ReportTransform gizmo = GizmoOfStep(StepRecord(pictures.run.report, pictures.move));
-    const std::string samples = CircleSamples(image, pictures.run.report, gizmo, 256);
+    std::string samples;
+    ASSERT_TRUE(ZCircleOf(pictures.run, "dragged", pictures.move, samples));
 
     const std::vector<int> gaps = Gaps(samples);
     EXPECT_GE(gaps.size(), 8u) << samples;
@@ -302,11 +317,8 @@ TEST(mxViewerPixelTest, DraggedZCircleIsDashed) {
 
 TEST(mxViewerPixelTest, DraggedZCircleKeepsTheHoveredShade) {
     const RotatePictures& pictures = Rotate();
-    ASSERT_EQ(pictures.run.exitCode, 0) << pictures.run.describe();
-    const QImage image = pictures.run.screenshot(QStringLiteral("dragged"));
-    ASSERT_FALSE(image.isNull());
-    const ReportTransform gizmo = GizmoOfStep(StepRecord(pictures.run.report, pictures.move));
-    const std::string samples = CircleSamples(image, pictures.run.report, gizmo, 256);
+    std::string samples;
+    ASSERT_TRUE(ZCircleOf(pictures.run, "dragged", pictures.move, samples));
 
     EXPECT_GT(Count(samples, '+'), 256 / 4) << samples;
     EXPECT_EQ(Count(samples, '#'), 0) << samples;

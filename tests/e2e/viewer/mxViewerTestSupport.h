@@ -17,12 +17,12 @@
 #include "wm4/Wm4Vector3.h"
 
 #include "controller/mxControllerTestSupport.h"
+#include "support/mxQtGuiTestSupport.h"
 
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -50,18 +50,9 @@
 
 namespace mx::test {
 
-// The one QGuiApplication of the program, created on first use on the offscreen platform (it
-// only reads images). Never destroyed: torn down among the static objects at exit, it would
-// outlive Qt's own.
-inline QGuiApplication& EnsureGuiApplication() {
-    static int argc = 3;
-    static char name[] = "mxViewerTest";
-    static char platformOption[] = "-platform";
-    static char platform[] = "offscreen";
-    static char* argv[] = {name, platformOption, platform, nullptr};
-    static QGuiApplication* application = new QGuiApplication(argc, argv);
-    return *application;
-}
+// The platform of the program's QGuiApplication: it only reads images, so it needs no display
+// even though it runs under the viewer's X server.
+inline constexpr char csImagePlatform[] = "offscreen";
 
 inline std::string Str(const QString& text) {
     return text.toStdString();
@@ -83,7 +74,7 @@ struct ViewerRun {
 
     // A screenshot the run wrote (name.png), or a null image.
     QImage screenshot(const QString& name) const {
-        EnsureGuiApplication();
+        EnsureGuiApplication(csImagePlatform);
         return QImage(QDir(outDir).filePath(name + QStringLiteral(".png")), "PNG");
     }
 
@@ -98,7 +89,7 @@ struct ViewerRun {
 // directory inside a fresh temporary directory, not created beforehand) and "@DIR" for the
 // temporary directory. script, when not empty, is written to @DIR/script.json first.
 inline ViewerRun RunViewer(const QStringList& arguments, const QByteArray& script = QByteArray()) {
-    EnsureGuiApplication();
+    EnsureGuiApplication(csImagePlatform);
     ViewerRun run;
     run.directory = std::make_shared<QTemporaryDir>();
     EXPECT_TRUE(run.directory->isValid()) << "no temporary directory";

@@ -1,6 +1,6 @@
-// Helpers shared by the OpenGL tests: the one QGuiApplication of the program, a current OpenGL
-// 3.3 compatibility context that renders into a framebuffer of its own, its pixels and buffer
-// objects read back. Header-only; everything lives in namespace mx::test.
+// Helpers shared by the OpenGL tests: a current OpenGL 3.3 compatibility context that renders
+// into a framebuffer of its own, its pixels and buffer objects read back. Header-only;
+// everything lives in namespace mx::test.
 //
 // The tests call GL through Qt's QOpenGLExtraFunctions: libepoxy is a private dependency of
 // the rendering library, so the test program does not link it.
@@ -13,7 +13,8 @@
 
 #include "wm4/Wm4ColorRGBA.h"
 
-#include <QGuiApplication>
+#include "support/mxQtGuiTestSupport.h"
+
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLExtraFunctions>
@@ -31,17 +32,6 @@
 #include <vector>
 
 namespace mx::test {
-
-// The one QGuiApplication of the program, created on first use and never destroyed: torn down
-// among the static objects at exit, it would outlive Qt's own. The test runner sets the xcb
-// platform and a private X server (mxRunWithXvfb.sh).
-inline QGuiApplication& EnsureGuiApplication() {
-    static int argc = 1;
-    static char name[] = "mxOpenGLTest";
-    static char* argv[] = {name, nullptr};
-    static QGuiApplication* application = new QGuiApplication(argc, argv);
-    return *application;
-}
 
 // One pixel read back, 0 to 255 per channel.
 struct Pixel {
@@ -78,6 +68,7 @@ class mxOffscreenGL {
 public:
     explicit mxOffscreenGL(bool deprecatedFunctions = true, int width = 200, int height = 200)
         : width(width), height(height) {
+        // On the platform the test runner sets: xcb, with a private X server (mxRunWithXvfb.sh).
         EnsureGuiApplication();
         // Wide lines need the compatibility profile, and Qt asks for a forward-compatible
         // context (no wide lines) unless deprecated functions are asked for. No multisampling,
