@@ -13,7 +13,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace mx {
@@ -155,31 +157,24 @@ GLenum glPrimitive(mxGeometry::Primitive primitive) {
     return GL_TRIANGLES;
 }
 
-// Whether every index of the index buffer names a vertex of the vertex buffer. GL reads
-// vertices out of range from outside the buffer, so such a geometry is never sent.
-bool indicesInRange(const mxBuffer& indices, const mxBuffer& vertices) {
+// How many vertices the indices of an index buffer need: its largest index plus one.
+std::uint64_t verticesNeeded(const mxBuffer& indices) {
     const auto* first = static_cast<const std::uint32_t*>(indices.getData());
     const std::uint32_t* last = first + indices.getElementCount();
-    const std::uint32_t vertexCount = vertices.getElementCount();
-    return std::all_of(first, last,
-                       [vertexCount](std::uint32_t index) { return index < vertexCount; });
+    return first == last ? 0u : std::uint64_t{*std::max_element(first, last)} + 1u;
 }
 
-// The width GL accepts closest to width: inside the implementation's range of aliased widths,
-// and 1 in a forward-compatible context, which refuses wider lines whatever the range says. A
-// width that is not a number is drawn 1 pixel wide.
-float drawableLineWidth(float width) {
+// The widest line the current context draws: the top of its range of aliased widths, or 1 in
+// a forward-compatible context, which refuses wider lines whatever the range says.
+float widestDrawableLine() {
     GLfloat range[2] = {1.0f, 1.0f};
     glGetFloatv(GL_ALIASED_LINE_WIDTH_RANGE, range);
     GLint flags = 0;
     glGetIntegerv(GL_CONTEXT_FLAGS, &flags);
     if (flags & GL_CONTEXT_FLAG_FORWARD_COMPATIBLE_BIT) {
-        range[1] = 1.0f;
+        return 1.0f;
     }
-    if (std::isnan(width)) {
-        width = 1.0f;
-    }
-    return std::clamp(width, range[0], std::max(range[0], range[1]));
+    return std::max(1.0f, range[1]);
 }
 
 // Draws the geometry's primitives from the buffers bindGeometry bound.
@@ -191,7 +186,7 @@ void drawElements(const mxGeometry& generated) {
 } // namespace
 
 mxOpenGLRenderer::mxOpenGLRenderer()
-    : valid(false), lineProgram(0), meshProgram(0), vertexArray(0),
+    : valid(false), lineProgram(0), meshProgram(0), widestLine(1.0f), vertexArray(0),
       viewUsable(false), viewProjection{}, eye(0.0f, 0.0f, 0.0f),
       clearColor(0.18f, 0.19f, 0.21f, 1.0f), lightDirection(-0.4f, -1.0f, -0.6f), uploadCount(0) {
     lightDirection.Normalize();
@@ -237,6 +232,15 @@ bool mxOpenGLRenderer::buildPrograms() {
     if (meshProgram == 0) {
         return false;
     }
+    for (auto [program, uniforms] :
+         {std::make_pair(lineProgram, &lineUniforms), std::make_pair(meshProgram, &meshUniforms)}) {
+        uniforms->model = glGetUniformLocation(program, "model");
+        uniforms->viewProjection = glGetUniformLocation(program, "viewProjection");
+        uniforms->color = glGetUniformLocation(program, "color");
+        uniforms->eye = glGetUniformLocation(program, "eye");
+        uniforms->lightDirection = glGetUniformLocation(program, "lightDirection");
+    }
+    widestLine = widestDrawableLine();
     glGenVertexArrays(1, &vertexArray);
     return true;
 }
@@ -305,6 +309,7 @@ bool mxOpenGLRenderer::prepareBuffer(const mxBuffer* buffer, bool force) {
                  size > 0 ? buffer->getData() : nullptr, GL_DYNAMIC_DRAW);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
     entry.version = buffer->getVersion();
+    entry.verticesNeeded = buffer->getKind() == mxBuffer::INDEX ? verticesNeeded(*buffer) : 0u;
     ++uploadCount;
     return true;
 }
@@ -326,20 +331,22 @@ void mxOpenGLRenderer::setView(const mxCamera& camera, int viewportWidth, int vi
 }
 
 void mxOpenGLRenderer::drawLine(mxLine& line) {
-    if (!bindGeometry(line, lineProgram)) {
+    if (!bindGeometry(line, lineProgram, lineUniforms)) {
         return;
     }
-    glLineWidth(drawableLineWidth(line.getWidth()));
+    // A width that is not a number is drawn 1 pixel wide.
+    const float width = std::isnan(line.getWidth()) ? 1.0f : line.getWidth();
+    glLineWidth(std::clamp(width, 1.0f, widestLine));
     drawElements(*line.getGeneratedGeometry());
 }
 
 void mxOpenGLRenderer::drawMesh(mxMesh& mesh) {
-    if (!bindGeometry(mesh, meshProgram)) {
+    if (!bindGeometry(mesh, meshProgram, meshUniforms)) {
         return;
     }
-    glUniform3f(glGetUniformLocation(meshProgram, "eye"), eye.X(), eye.Y(), eye.Z());
-    glUniform3f(glGetUniformLocation(meshProgram, "lightDirection"), lightDirection.X(),
-                lightDirection.Y(), lightDirection.Z());
+    glUniform3f(meshUniforms.eye, eye.X(), eye.Y(), eye.Z());
+    glUniform3f(meshUniforms.lightDirection, lightDirection.X(), lightDirection.Y(),
+                lightDirection.Z());
     drawElements(*mesh.getGeneratedGeometry());
 }
 
@@ -357,7 +364,8 @@ unsigned int mxOpenGLRenderer::getBufferObject(const mxBuffer* buffer) const {
     return found == held.end() ? 0u : found->second.object;
 }
 
-bool mxOpenGLRenderer::bindGeometry(mxBaseGeometry& geometry, unsigned int program) {
+bool mxOpenGLRenderer::bindGeometry(mxBaseGeometry& geometry, unsigned int program,
+                                    const Uniforms& uniforms) {
     if (!valid || !viewUsable) {
         return false;
     }
@@ -370,24 +378,25 @@ bool mxOpenGLRenderer::bindGeometry(mxBaseGeometry& geometry, unsigned int progr
         return false;
     }
     // A buffer edited since its upload is not prepared: its GL copy is not what the geometry
-    // holds, and the index check below reads the geometry's copy.
+    // holds.
     if (vertexEntry->second.version != vertices->getVersion() ||
         indexEntry->second.version != indices->getVersion()) {
         return false;
     }
     if (vertices->getKind() != mxBuffer::VERTEX || indices->getKind() != mxBuffer::INDEX ||
-        indices->getElementCount() == 0 || !indicesInRange(*indices, *vertices)) {
+        indices->getElementCount() == 0 ||
+        // GL would read the vertices of indices out of range from outside the buffer.
+        indexEntry->second.verticesNeeded > vertices->getElementCount()) {
         return false;
     }
 
     glUseProgram(program);
     float model[16];
     modelMatrix(geometry.getWorldTransform(), model);
-    glUniformMatrix4fv(glGetUniformLocation(program, "model"), 1, GL_FALSE, model);
-    glUniformMatrix4fv(glGetUniformLocation(program, "viewProjection"), 1, GL_FALSE,
-                       viewProjection);
+    glUniformMatrix4fv(uniforms.model, 1, GL_FALSE, model);
+    glUniformMatrix4fv(uniforms.viewProjection, 1, GL_FALSE, viewProjection);
     const Wm4::ColorRGBA& color = geometry.getColor();
-    glUniform4f(glGetUniformLocation(program, "color"), color.R(), color.G(), color.B(), color.A());
+    glUniform4f(uniforms.color, color.R(), color.G(), color.B(), color.A());
 
     // Attribute 0 reads three floats per vertex; the element array binding is part of the
     // vertex array's state.

@@ -85,18 +85,34 @@ private:
         mxPointer<mxBuffer> buffer;
         unsigned int object = 0;
         std::uint64_t version = 0;
+        // For an index buffer: how many vertices its indices need (the largest index plus
+        // one, 0 when empty), found once per upload.
+        std::uint64_t verticesNeeded = 0;
+    };
+
+    // Where a program's uniforms are, looked up once (-1 for one it does not have).
+    struct Uniforms {
+        int model = -1;
+        int viewProjection = -1;
+        int color = -1;
+        int eye = -1;
+        int lightDirection = -1;
     };
 
     bool buildPrograms();
     // Binds the geometry's two held buffers and sets the per-draw uniforms shared by lines
     // and meshes; false when either buffer is not held or nothing can be drawn.
-    bool bindGeometry(mxBaseGeometry& geometry, unsigned int program);
+    bool bindGeometry(mxBaseGeometry& geometry, unsigned int program, const Uniforms& uniforms);
     void releaseUnused();
 
     bool valid;
     std::string error;
     unsigned int lineProgram;
     unsigned int meshProgram;
+    Uniforms lineUniforms;
+    Uniforms meshUniforms;
+    // The widest line the context draws.
+    float widestLine;
     unsigned int vertexArray;
     bool viewUsable;
     float viewProjection[16];

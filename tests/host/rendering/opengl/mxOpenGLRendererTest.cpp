@@ -707,6 +707,16 @@ TEST_F(mxOpenGLRendererTest, ALineWithAnIndexNamingNoVertexIsNotDrawn) {
     EXPECT_TRUE(ColorNear(clear(), at(100, 100)));
 }
 
+TEST_F(mxOpenGLRendererTest, AnIndexEqualToTheVertexCountIsAlreadyOutOfRange) {
+    // Two vertices: index 2 is the first that names none.
+    mxPointer<mxCamera> camera = MakePixelCamera();
+    mxPointer<mxLine> line = MakeRowLine(3.0f);
+    line->setIndex(1, 2);
+    drawLines(*camera, {line.get()});
+    EXPECT_TRUE(ColorNear(clear(), at(11, 100)));
+    EXPECT_TRUE(ColorNear(clear(), at(20, 100)));
+}
+
 TEST_F(mxOpenGLRendererTest, EndFrameLeavesNoProgramOrVertexArrayBound) {
     mxPointer<mxCamera> camera = MakePixelCamera();
     mxPointer<mxLine> line = MakeRowLine(3.0f);
