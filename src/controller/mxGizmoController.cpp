@@ -14,6 +14,7 @@
 #include "wm4/Wm4Matrix3.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace mx {
 
@@ -238,7 +239,7 @@ void mxGizmoController::setMousePressedImpl(const mxCamera* camera, int x, int y
         default:
             break;
         }
-        touchedGizmos.insert(activeGizmo);
+        touch(activeGizmo);
     }
     // A press off the gizmos starts a gesture too: its moves then change nothing.
     dragging = true;
@@ -273,7 +274,7 @@ void mxGizmoController::setMousePosImpl(const mxCamera* camera, int x, int y, in
     default:
         break;
     }
-    touchedGizmos.insert(activeGizmo);
+    touch(activeGizmo);
 }
 
 void mxGizmoController::setMouseReleasedImpl(const mxCamera* camera, int x, int y, int width,
@@ -294,7 +295,7 @@ void mxGizmoController::setMouseReleasedImpl(const mxCamera* camera, int x, int 
         default:
             break;
         }
-        touchedGizmos.insert(activeGizmo);
+        touch(activeGizmo);
     }
     // The gesture is over; the gizmo under the mouse now is whatever the release hovers.
     dragging = false;
@@ -424,12 +425,28 @@ void mxGizmoController::placeGizmo(mxGizmoNode* gizmo, const mxCamera* camera, i
     gizmo->updateCameraFacing(camera);
 }
 
+void mxGizmoController::touch(mxGizmoNode* gizmo) {
+    const auto place = std::lower_bound(touchedGizmos.begin(), touchedGizmos.end(), gizmo,
+                                        std::less<mxGizmoNode*>());
+    if (place == touchedGizmos.end() || *place != gizmo) {
+        touchedGizmos.insert(place, gizmo);
+    }
+}
+
 void mxGizmoController::announceTouchedGizmos() {
-    // Taken out first, so that the set is empty whatever a listener does meanwhile.
-    std::set<mxGizmoNode*> touched;
+    if (touchedGizmos.empty()) {
+        return;
+    }
+    // Taken out first, so that the list is empty whatever a listener does meanwhile; its
+    // storage comes back afterwards unless a listener has touched gizmos again.
+    std::vector<mxGizmoNode*> touched;
     touched.swap(touchedGizmos);
     for (mxGizmoNode* gizmo : touched) {
         impl::notifyListeners(listeners, &mx3DManipulatorMotionListener::onGizmoManipulated, gizmo);
+    }
+    if (touchedGizmos.empty()) {
+        touched.clear();
+        touchedGizmos.swap(touched);
     }
 }
 

@@ -32,7 +32,6 @@
 #include "wm4/Wm4Vector3.h"
 
 #include <cstdint>
-#include <set>
 #include <vector>
 
 namespace mx {
@@ -161,6 +160,8 @@ private:
     void collectGizmos(mxNode* root);
     void replayEvents(const mxCamera* camera, int width, int height);
     void placeGizmo(mxGizmoNode* gizmo, const mxCamera* camera, int viewportHeight);
+    // Adds gizmo to the gizmos to announce, unless it is there already.
+    void touch(mxGizmoNode* gizmo);
     void announceTouchedGizmos();
 
     // The gizmo under the mouse, or being dragged.
@@ -176,8 +177,10 @@ private:
     std::vector<mx3DManipulatorMotionListener*> listeners;
     std::vector<mxGizmoNode*> gizmos;
     std::vector<MouseEvent> pendingEvents;
-    // The gizmos to announce at the end of the frame.
-    std::set<mxGizmoNode*> touchedGizmos;
+    // The gizmos to announce at the end of the frame, in ascending pointer order without
+    // repeats. The vector keeps its storage from frame to frame, so that a drag allocates
+    // nothing once it has started.
+    std::vector<mxGizmoNode*> touchedGizmos;
     // How near the mouse must come to a handle, in pixels.
     float pickTolerance;
     bool customTranslate;

@@ -128,8 +128,21 @@ void mxGizmoControllerRotate::initRotate() {
                             static_cast<float>(csSampleCount);
         circleSamples[k] = Wm4::Vector2<float>(std::cos(theta), std::sin(theta));
     }
-    // The closing entry lets the scan of getNearestDistCirclePoint end on sample 40.
     circleSamples[csSampleCount] = circleSamples[0];
+    // Each circle's points and centre (the mean of its samples), the same for every node:
+    // taken once.
+    for (int axis = 0; axis < 3; ++axis) {
+        Wm4::Vector3<float> mean = Wm4::Vector3<float>::ZERO;
+        for (int k = 0; k < csSampleCount; ++k) {
+            const Wm4::Vector3<float> point = circlePoint(axis, k);
+            circlePoints[axis].x[k] = point.X();
+            circlePoints[axis].y[k] = point.Y();
+            circlePoints[axis].z[k] = point.Z();
+            mean += point;
+        }
+        mean *= 0.025f;
+        circleCentres[axis] = mean;
+    }
 }
 
 Wm4::Vector3<float> mxGizmoControllerRotate::circlePoint(int axis, int k) const {
@@ -150,52 +163,90 @@ float mxGizmoControllerRotate::getNearestDistCirclePoint(const mxGizmoNode* node
                                                          const Wm4::Vector2<float>& mousePixels,
                                                          int width, int height) const {
     const mxGenericTransformation<float>& world = node->getWorldTransform();
-    const float* viewProjection = camera->getViewProjectionMatrix();
-    std::vector<Wm4::Vector2<float>> segment(2);
-
-    // The circle's centre, as the mean of its samples.
-    Wm4::Vector3<float> mean = Wm4::Vector3<float>::ZERO;
-    for (int k = 0; k < csSampleCount; ++k) {
-        mean += circlePoint(axis, k);
-    }
-    mean *= 0.025f;
-    const Wm4::Vector3<float> centre = world.ApplyForward(mean, true);
+    const Wm4::Vector3<float> centre = world.ApplyForward(circleCentres[axis], true);
     Wm4::Vector3<float> toCentre = centre - camera->getLocation();
     impl::normalizeVector(toCentre);
 
-    // A sample faces the viewer when its direction from the centre does not point away from
-    // the eye (a little slack lets a circle seen edge-on count whole).
-    auto facesViewer = [&](int k) {
-        Wm4::Vector3<float> outwards = world.ApplyForward(circlePoint(axis, k), true) - centre;
-        impl::normalizeVector(outwards);
-        return outwards.Dot(toCentre) <= 0.01f;
-    };
+    // Every sample in world space, on screen, and whether it faces the viewer: its direction
+    // from the centre, normalised, does not point away from the eye (a little slack lets a
+    // circle seen edge-on count whole). The samples are worked on side by side, coordinate by
+    // coordinate, with the arithmetic of ApplyForward, normalizeVector and projectToScreen
+    // written out so that the compiler can do several at once; the results are theirs, bit for
+    // bit. Sample 40 is sample 0 again.
+    const CirclePoints& local = circlePoints[axis];
+    float x[csSampleCount];
+    float y[csSampleCount];
+    float z[csSampleCount];
+    if (world.IsIdentity()) {
+        for (int k = 0; k < csSampleCount; ++k) {
+            x[k] = local.x[k];
+            y[k] = local.y[k];
+            z[k] = local.z[k];
+        }
+    } else {
+        const Wm4::Matrix3<float> m = world.GetFullMatrix();
+        const Wm4::Vector3<float>& t = world.GetTranslate();
+        for (int k = 0; k < csSampleCount; ++k) {
+            x[k] = m(0, 0) * local.x[k] + m(0, 1) * local.y[k] + m(0, 2) * local.z[k] + t.X();
+            y[k] = m(1, 0) * local.x[k] + m(1, 1) * local.y[k] + m(1, 2) * local.z[k] + t.Y();
+            z[k] = m(2, 0) * local.x[k] + m(2, 1) * local.y[k] + m(2, 2) * local.z[k] + t.Z();
+        }
+    }
+    bool faces[csSampleCount];
+    for (int k = 0; k < csSampleCount; ++k) {
+        const float ox = x[k] - centre.X();
+        const float oy = y[k] - centre.Y();
+        const float oz = z[k] - centre.Z();
+        const float length = std::sqrt(ox * ox + oy * oy + oz * oz);
+        const float reciprocal = 1.0f / length;
+        const float ux = ox * reciprocal;
+        const float uy = oy * reciprocal;
+        const float uz = oz * reciprocal;
+        // A zero length, or a reciprocal that is not finite, gives the zero vector.
+        const bool unit = reciprocal <= std::numeric_limits<float>::max();
+        const float nx = unit ? ux : 0.0f;
+        const float ny = unit ? uy : 0.0f;
+        const float nz = unit ? uz : 0.0f;
+        faces[k] = nx * toCentre.X() + ny * toCentre.Y() + nz * toCentre.Z() <= 0.01f;
+    }
+    const float* m = camera->getViewProjectionMatrix();
+    const double widthPixels = static_cast<double>(static_cast<float>(width));
+    const double heightPixels = static_cast<double>(static_cast<float>(height));
+    float screenX[csSampleCount];
+    float screenY[csSampleCount];
+    for (int k = 0; k < csSampleCount; ++k) {
+        const float cx = m[0] * x[k] + m[4] * y[k] + m[8] * z[k] + m[12];
+        const float cy = m[1] * x[k] + m[5] * y[k] + m[9] * z[k] + m[13];
+        const float cw = m[3] * x[k] + m[7] * y[k] + m[11] * z[k] + m[15];
+        screenX[k] = static_cast<float>((cx / cw + 1.0) * 0.5 * widthPixels);
+        screenY[k] = static_cast<float>((cy / cw + 1.0) * 0.5 * heightPixels);
+    }
+    auto onScreen = [&](int k) { return Wm4::Vector2<float>(screenX[k], screenY[k]); };
 
     // Start at the first sample that faces the viewer (or at sample 39 whatever it faces).
     int first = 0;
-    while (first < csSampleCount - 1 && !facesViewer(first)) {
+    while (first < csSampleCount - 1 && !faces[first]) {
         ++first;
     }
     const int next = first + 1;
-    impl::projectToScreen(viewProjection, world, circlePoint(axis, first), segment[1], width,
-                          height);
+    Wm4::Vector2<float> from;
+    Wm4::Vector2<float> to = onScreen(first);
     float best = std::numeric_limits<float>::max();
     // Join each visible sample to the last visible one; hidden samples leave the end alone.
     for (int k = next; k < csSampleCount; ++k) {
-        segment[0] = segment[1];
-        if (facesViewer(k)) {
-            impl::projectToScreen(viewProjection, world, circlePoint(axis, k), segment[1], width,
-                                  height);
-            best = std::min(best, impl::distanceToPolyline(segment, mousePixels));
+        from = to;
+        if (faces[k]) {
+            to = onScreen(k);
+            best = std::min(best, impl::distanceToSegment(from, to, mousePixels));
         }
     }
     // The closing step goes to the sample after the first visible one, not back to the first:
-    // on purpose. The table's closing entry makes it valid when that is sample 40.
-    segment[0] = segment[1];
-    if (facesViewer(next)) {
-        impl::projectToScreen(viewProjection, world, circlePoint(axis, next), segment[1], width,
-                              height);
-        best = std::min(best, impl::distanceToPolyline(segment, mousePixels));
+    // on purpose. That is sample 0 again when the first visible one is the last.
+    const int closing = next % csSampleCount;
+    from = to;
+    if (faces[closing]) {
+        to = onScreen(closing);
+        best = std::min(best, impl::distanceToSegment(from, to, mousePixels));
     }
     return best;
 }

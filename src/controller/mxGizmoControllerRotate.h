@@ -99,6 +99,15 @@ private:
     mxGenericTransformation<float> resultTransformation;
     // The unit circle in 40 steps of 9 degrees from angle 0; entry 40 repeats entry 0.
     Wm4::Vector2<float>* circleSamples;
+    // Each circle's 40 samples, coordinate by coordinate, and their mean, in the gizmo's
+    // frame.
+    struct CirclePoints {
+        float x[40];
+        float y[40];
+        float z[40];
+    };
+    CirclePoints circlePoints[3];
+    Wm4::Vector3<float> circleCentres[3];
     // The node of the current drag; not owned.
     mxGizmoNode* gizmo;
     // Where the pick ray met the circle's plane at the press, in world space.

@@ -29,14 +29,15 @@ public:
         : world(node.getWorldTransform()), viewProjection(camera.getViewProjectionMatrix()),
           mousePixels(static_cast<float>(width) * mouse.X(),
                       static_cast<float>(height) * mouse.Y()),
-          width(width), height(height), segment(2) {
-        impl::projectToScreen(viewProjection, world, Wm4::Vector3<float>::ZERO, segment[0], width,
+          width(width), height(height) {
+        impl::projectToScreen(viewProjection, world, Wm4::Vector3<float>::ZERO, centre, width,
                               height);
     }
 
-    float distanceToMouse(int axis) {
-        impl::projectToScreen(viewProjection, world, unitAxis(axis), segment[1], width, height);
-        return impl::distanceToPolyline(segment, mousePixels);
+    float distanceToMouse(int axis) const {
+        Wm4::Vector2<float> tip;
+        impl::projectToScreen(viewProjection, world, unitAxis(axis), tip, width, height);
+        return impl::distanceToSegment(centre, tip, mousePixels);
     }
 
 private:
@@ -45,7 +46,8 @@ private:
     Wm4::Vector2<float> mousePixels;
     int width;
     int height;
-    std::vector<Wm4::Vector2<float>> segment;
+    // The gizmo's centre on screen, where every axis's segment starts.
+    Wm4::Vector2<float> centre;
 };
 
 } // namespace

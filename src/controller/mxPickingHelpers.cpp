@@ -46,8 +46,13 @@ float squaredDistanceToSegment(const Wm4::Vector2<float>& a, const Wm4::Vector2<
 void projectToScreen(const float* viewProjection, const mxGenericTransformation<float>& gizmoWorld,
                      const Wm4::Vector3<float>& localPoint, Wm4::Vector2<float>& out, int width,
                      int height) {
+    projectWorldToScreen(viewProjection, gizmoWorld.ApplyForward(localPoint, true), out, width,
+                         height);
+}
+
+void projectWorldToScreen(const float* viewProjection, const Wm4::Vector3<float>& w,
+                          Wm4::Vector2<float>& out, int width, int height) {
     const float* m = viewProjection;
-    const Wm4::Vector3<float> w = gizmoWorld.ApplyForward(localPoint, true);
     // Clip x, y and w; z is not needed.
     const float cx = m[0] * w.X() + m[4] * w.Y() + m[8] * w.Z() + m[12];
     const float cy = m[1] * w.X() + m[5] * w.Y() + m[9] * w.Z() + m[13];

@@ -28,6 +28,10 @@ void projectToScreen(const float* viewProjection, const mxGenericTransformation<
                      const Wm4::Vector3<float>& localPoint, Wm4::Vector2<float>& out, int width,
                      int height);
 
+// The same for a point already in world space.
+void projectWorldToScreen(const float* viewProjection, const Wm4::Vector3<float>& worldPoint,
+                          Wm4::Vector2<float>& out, int width, int height);
+
 // The smallest distance from point to a segment of the polyline, or -1 for a polyline of
 // fewer than two points.
 float distanceToPolyline(const std::vector<Wm4::Vector2<float>>& polyline,

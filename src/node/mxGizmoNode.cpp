@@ -52,10 +52,10 @@ constexpr float csFallbackTolerance = 0.001f;
 // choice of view vector.
 constexpr float csFacingLimit = 0.99f;
 
-// v / |v|, multiplying by the reciprocal length. A zero vector, or one whose reciprocal length
-// is not finite, gives (0, 0, 0); any other vector, however short, is normalised.
-Wm4::Vector3<float> normalised(const Wm4::Vector3<float>& v) {
-    const float length = v.Length();
+// v / length, multiplying by the reciprocal length, for the length of v. A zero vector, or one
+// whose reciprocal length is not finite, gives (0, 0, 0); any other vector, however short, is
+// normalised.
+Wm4::Vector3<float> normalised(const Wm4::Vector3<float>& v, float length) {
     if (length == 0.0f) {
         return Wm4::Vector3<float>(0.0f, 0.0f, 0.0f);
     }
@@ -64,6 +64,11 @@ Wm4::Vector3<float> normalised(const Wm4::Vector3<float>& v) {
         return Wm4::Vector3<float>(0.0f, 0.0f, 0.0f);
     }
     return Wm4::Vector3<float>(v.X() * reciprocal, v.Y() * reciprocal, v.Z() * reciprocal);
+}
+
+// v / |v| by the rule above.
+Wm4::Vector3<float> normalised(const Wm4::Vector3<float>& v) {
+    return normalised(v, v.Length());
 }
 
 // Whether some entry of m differs from the identity matrix's by csEqualityTolerance or more.
@@ -143,8 +148,9 @@ bool sameBits(const Wm4::Matrix3<float>& a, const Wm4::Matrix3<float>& b) {
 } // namespace
 
 mxGizmoNode::mxGizmoNode()
-    : subGizmos(new SubGizmos), centerOffset(Wm4::Vector3<float>::ZERO),
-      scaleReference(1.0f, 1.0f, 1.0f), expectedPixelSize(60.0f), mode(GIZMO_UNSET), options() {
+    : subGizmos(new SubGizmos), facing(), facingKnown(false),
+      centerOffset(Wm4::Vector3<float>::ZERO), scaleReference(1.0f, 1.0f, 1.0f),
+      expectedPixelSize(60.0f), mode(GIZMO_UNSET), options() {
     // If a line cannot be allocated, the lists and the children built so far are released
     // as the exception leaves the constructor.
     subGizmos->translate.build(this);
@@ -353,42 +359,70 @@ void mxGizmoNode::updateCameraFacing(const mxCamera* camera) {
     if (!camera || !frameNode) {
         return;
     }
-    // The frame the arrowheads hang in (this node), with any scale taken out of its rows.
+    // Everything the rotations follow from: the frame the arrowheads hang in (this node), the
+    // tips and the camera. When it is the same, bit for bit, as last time, so are the
+    // rotations, and the arithmetic is skipped: a still camera over a still gizmo costs only
+    // the comparisons.
     const mxGenericTransformation<float>& frame = frameNode->getWorldTransform();
-    const Wm4::Vector3<float>& centre = frame.GetTranslate();
-    const Wm4::Matrix3<float> frameRotation = withUnitRows(frame.GetRotate());
+    FacingInputs inputs;
+    inputs.frame = frame.GetRotate();
+    inputs.centre = frame.GetTranslate();
+    inputs.eye = camera->getLocation();
+    inputs.direction = camera->getDVector();
+    inputs.right = camera->getRVector();
+    mxLine* heads[3];
     for (unsigned int axis = 0; axis < 3; ++axis) {
-        mxLine* head = translate.getArrowHead(axis);
-        if (!head) {
+        heads[axis] = translate.getArrowHead(axis);
+        inputs.tips[axis] = heads[axis] ? heads[axis]->getWorldTransform().GetTranslate()
+                                        : Wm4::Vector3<float>::ZERO;
+        inputs.hasHead[axis] = heads[axis] ? 1.0f : 0.0f;
+    }
+    if (!facingKnown || std::memcmp(&inputs, &facing.inputs, sizeof inputs) != 0) {
+        facing.inputs = inputs;
+        computeFacing(inputs, facing.rotations);
+        facingKnown = true;
+    }
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        mxLine* head = heads[axis];
+        // Only a change is written, so a still camera marks nothing dirty.
+        if (head && !sameBits(facing.rotations[axis], head->getLocalTransform().GetRotate())) {
+            head->editLocalTransform(true).SetRotate(facing.rotations[axis]);
+        }
+    }
+}
+
+void mxGizmoNode::computeFacing(const FacingInputs& inputs, Wm4::Matrix3<float> rotations[3]) {
+    // The frame with any scale taken out of its rows.
+    const Wm4::Matrix3<float> frameRotation = withUnitRows(inputs.frame);
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        if (inputs.hasHead[axis] == 0.0f) {
             continue;
         }
-        const Wm4::Vector3<float>& tip = head->getWorldTransform().GetTranslate();
-        const Wm4::Vector3<float> along = normalised(tip - centre);
+        const Wm4::Vector3<float>& tip = inputs.tips[axis];
+        const Wm4::Vector3<float> along = normalised(tip - inputs.centre);
         // The view vectors to try in turn: the line of sight to the tip (unless the eye sits
         // on the tip), the camera's direction, then its right vector. One that runs along the
         // axis cannot say which way the head's wings should spread.
-        Wm4::Vector3<float> views[3];
+        const Wm4::Vector3<float>* views[3];
         int count = 0;
-        const Wm4::Vector3<float> sight = tip - camera->getLocation();
-        if (!(sight.Length() < 1e-6f)) {
-            views[count++] = normalised(sight);
+        const Wm4::Vector3<float> sight = tip - inputs.eye;
+        const float sightLength = sight.Length();
+        const Wm4::Vector3<float> sightDirection = normalised(sight, sightLength);
+        if (!(sightLength < 1e-6f)) {
+            views[count++] = &sightDirection;
         }
-        views[count++] = camera->getDVector();
-        views[count++] = camera->getRVector();
+        views[count++] = &inputs.direction;
+        views[count++] = &inputs.right;
         int chosen = 0;
-        while (chosen + 1 < count && std::fabs(views[chosen].Dot(along)) >= csFacingLimit) {
+        while (chosen + 1 < count && std::fabs(views[chosen]->Dot(along)) >= csFacingLimit) {
             ++chosen;
         }
         // x along the axis, wings (y) across the line of sight, normal (z) back to the eye.
-        const Wm4::Vector3<float> across = normalised(along.Cross(views[chosen]));
+        const Wm4::Vector3<float> across = normalised(along.Cross(*views[chosen]));
         const Wm4::Vector3<float> normal = along.Cross(across);
-        const Wm4::Matrix3<float> facing(along, across, normal, true);
-        // The same frame expressed in the node's.
-        const Wm4::Matrix3<float> wanted = frameRotation.Transpose() * facing;
-        // Only a change is written, so a still camera marks nothing dirty.
-        if (!sameBits(wanted, head->getLocalTransform().GetRotate())) {
-            head->editLocalTransform(true).SetRotate(wanted);
-        }
+        const Wm4::Matrix3<float> facingFrame(along, across, normal, true);
+        // The same frame expressed in the node's: the transposed frame times it.
+        rotations[axis] = frameRotation.TransposeTimes(facingFrame);
     }
 }
 

@@ -221,12 +221,35 @@ protected:
 
 private:
     struct SubGizmos;
+    // What the arrowheads' rotations follow from, compared bit for bit (hence floats only, and
+    // no padding): the frame's matrix and position, the camera, and each tip (hasHead 0 for a
+    // missing arrowhead).
+    struct FacingInputs {
+        Wm4::Matrix3<float> frame;
+        Wm4::Vector3<float> centre;
+        Wm4::Vector3<float> eye;
+        Wm4::Vector3<float> direction;
+        Wm4::Vector3<float> right;
+        Wm4::Vector3<float> tips[3];
+        float hasHead[3];
+    };
+    // The last inputs of updateCameraFacing and the rotations it computed from them.
+    struct FacingMemo {
+        FacingInputs inputs;
+        Wm4::Matrix3<float> rotations[3];
+    };
+
+    // The arrowheads' rotations, in the node's frame, that face the eye.
+    static void computeFacing(const FacingInputs& inputs, Wm4::Matrix3<float> rotations[3]);
 
     // The sub-gizmo of a mode, or null for a mode without one.
     const mxGizmoNodeBase* subGizmoOf(GizmoMode forMode) const;
     mxGizmoNodeBase* subGizmoOf(GizmoMode forMode);
 
     std::unique_ptr<SubGizmos> subGizmos;
+    // Set by the first updateCameraFacing.
+    FacingMemo facing;
+    bool facingKnown;
     std::vector<mxSpatial*> referenceObjects;
     // At the start of a drag, per reference object: its world transformation and the
     // inverse of its parent's (identity without a parent).

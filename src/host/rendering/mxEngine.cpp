@@ -53,38 +53,42 @@ bool mxEngine::isAttached(const mxGenericControllerInterface* controller) const 
     return std::find(controllers.begin(), controllers.end(), controller) != controllers.end();
 }
 
-void mxEngine::resetControllers() {
+template <class Call> void mxEngine::forEachController(Call call) {
     // Walks a copy: a controller may attach or detach controllers while it runs. One attached
     // meanwhile waits for the next call; one detached meanwhile is skipped, since its owner
-    // may already have destroyed it.
-    const std::vector<mxGenericControllerInterface*> running = controllers;
+    // may already have destroyed it. The copy's storage is kept for the next walk, so that a
+    // frame allocates nothing; a walk started by a controller meanwhile makes its own.
+    std::vector<mxGenericControllerInterface*> running;
+    running.swap(spareControllers);
+    running.assign(controllers.begin(), controllers.end());
     for (mxGenericControllerInterface* controller : running) {
         if (isAttached(controller)) {
-            controller->clearController();
+            call(*controller);
         }
+    }
+    running.clear();
+    if (running.capacity() > spareControllers.capacity()) {
+        spareControllers.swap(running);
     }
 }
 
+void mxEngine::resetControllers() {
+    forEachController(
+        [](mxGenericControllerInterface& controller) { controller.clearController(); });
+}
+
 void mxEngine::updateFrame() {
-    // Same walk as resetControllers.
-    const std::vector<mxGenericControllerInterface*> running = controllers;
-    for (mxGenericControllerInterface* controller : running) {
-        if (isAttached(controller)) {
-            controller->updateController(&context);
-        }
-    }
+    forEachController([this](mxGenericControllerInterface& controller) {
+        controller.updateController(&context);
+    });
     scene->UpdateGS_Flags();
     scene->clearUpdateFlagsDown(mxSpatial::UPDATE_SUBTREE_CHANGED);
     ++frameCount;
 }
 
 void mxEngine::renderFrame(mxRendererInterface& renderer) {
-    const std::vector<mxGenericControllerInterface*> running = controllers;
-    for (mxGenericControllerInterface* controller : running) {
-        if (isAttached(controller)) {
-            controller->beforeDraw(&context);
-        }
-    }
+    forEachController(
+        [this](mxGenericControllerInterface& controller) { controller.beforeDraw(&context); });
     primitivesPass.run(scene.get());
     // The node was checked when it became the active one, but its camera can be taken away
     // since: without a camera there is no view to draw.

@@ -61,10 +61,15 @@ public:
 
 private:
     bool isAttached(const mxGenericControllerInterface* controller) const;
+    // Calls call(controller) for every controller attached when the walk starts and still
+    // attached when its turn comes.
+    template <class Call> void forEachController(Call call);
 
     int viewportWidth;
     int viewportHeight;
     std::vector<mxGenericControllerInterface*> controllers;
+    // Storage for the walks' copies of controllers.
+    std::vector<mxGenericControllerInterface*> spareControllers;
     mxGenericRenderingContext context;
     mx2DPrimitivesPass primitivesPass;
     std::uint64_t frameCount;
