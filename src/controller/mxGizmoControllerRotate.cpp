@@ -90,17 +90,20 @@ Wm4::Vector3<float> squaredColumn(float a, float b, float c) {
 
 } // namespace
 
+// The branches gcc adds to the constructors and to initRotate's new[] only clean up after an
+// allocation that throws, which no test makes happen inside them; coverage leaves them out.
 mxGizmoControllerRotate::mxGizmoControllerRotate(
     std::vector<mx3DManipulatorMotionListener*>& listeners)
     : circleSamples(nullptr), gizmo(nullptr), pressPoint(Wm4::Vector3<float>::ZERO),
-      listeners(listeners), pickedAxe(-1) {
+      listeners(listeners), pickedAxe(-1) { // GCOVR_EXCL_BR_LINE
     initRotate();
 }
 
 mxGizmoControllerRotate::mxGizmoControllerRotate(const mxGizmoControllerRotate& other)
     : startTransformation(other.startTransformation),
       resultTransformation(other.resultTransformation), circleSamples(nullptr), gizmo(other.gizmo),
-      pressPoint(other.pressPoint), listeners(other.listeners), pickedAxe(other.pickedAxe) {
+      pressPoint(other.pressPoint), listeners(other.listeners),
+      pickedAxe(other.pickedAxe) { // GCOVR_EXCL_BR_LINE
     // Each controller frees its table, so the copy gets its own.
     initRotate();
 }
@@ -122,7 +125,7 @@ int mxGizmoControllerRotate::getPickedAxe() const {
 }
 
 void mxGizmoControllerRotate::initRotate() {
-    circleSamples = new Wm4::Vector2<float>[csSampleCount + 1];
+    circleSamples = new Wm4::Vector2<float>[csSampleCount + 1]; // GCOVR_EXCL_BR_LINE
     for (int k = 0; k < csSampleCount; ++k) {
         const float theta = static_cast<float>(2 * k) * Wm4::Math<float>::WM4_PI /
                             static_cast<float>(csSampleCount);

@@ -72,6 +72,9 @@ public:
                           const Wm4::Vector2<float>& mouse, int width, int height);
 
 private:
+    // The gizmo controller makes it forget the node of the drag when it is reset.
+    friend class mxGizmoController;
+
     // Whether pickedAxe names a circle.
     bool hasPickedAxis() const { return pickedAxe >= 0 && pickedAxe <= 2; }
     void initRotate();

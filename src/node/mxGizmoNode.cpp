@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 // Contents:
 //   construction, modes and axis masks
@@ -52,17 +51,16 @@ constexpr float csFallbackTolerance = 0.001f;
 // choice of view vector.
 constexpr float csFacingLimit = 0.99f;
 
-// v / length, multiplying by the reciprocal length, for the length of v. A zero vector, or one
-// whose reciprocal length is not finite, gives (0, 0, 0); any other vector, however short, is
-// normalised.
+// v / length, multiplying by the reciprocal length, for the length of v. A zero vector gives
+// (0, 0, 0); any other vector, however short, is normalised. The reciprocal is always finite:
+// the shortest length of a vector that is not zero is the square root of the smallest
+// denormal, about 3.7e-23, and Length() never answers NaN: Wild Magic's square root gives 0
+// for anything that is not a number at least 0.
 Wm4::Vector3<float> normalised(const Wm4::Vector3<float>& v, float length) {
     if (length == 0.0f) {
         return Wm4::Vector3<float>(0.0f, 0.0f, 0.0f);
     }
     const float reciprocal = 1.0f / length;
-    if (!(static_cast<double>(reciprocal) <= std::numeric_limits<double>::max())) {
-        return Wm4::Vector3<float>(0.0f, 0.0f, 0.0f);
-    }
     return Wm4::Vector3<float>(v.X() * reciprocal, v.Y() * reciprocal, v.Z() * reciprocal);
 }
 

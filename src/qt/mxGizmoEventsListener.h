@@ -13,6 +13,10 @@
 // controller everything passes. Qt delivers moves without a button only to widgets that track
 // the mouse: call setMouseTracking(true) on the view for the hover highlight.
 //
+// Positions are rounded to the nearest pixel as QPointF::toPoint rounds them; a coordinate
+// beyond the range of int counts as the nearest int, and an event whose position is not a
+// number passes on untouched, the controller never hearing of it.
+//
 // It owns neither the controller nor the engine, and must not outlive them.
 #pragma once
 

@@ -11,8 +11,11 @@
 #pragma once
 
 #include "controller/mx3DManipulatorMotionListener.h"
+#include "controller/mxGizmoController.h"
 #include "node/mxGizmoNode.h"
+#include "rendering/mxEngine.h"
 #include "scenegraph/mxCamera.h"
+#include "scenegraph/mxCameraNode.h"
 #include "scenegraph/mxGenericTransformation.h"
 #include "scenegraph/mxMesh.h"
 #include "scenegraph/mxNode.h"
@@ -473,5 +476,57 @@ MeanPosition(const std::vector<mxGenericTransformation<float>>& worlds) {
     }
     return sum / static_cast<double>(worlds.size());
 }
+
+// The standard view in an engine: the eye at (0, 0, 10) looking down -Z, a 90-degree field of
+// view over 200 x 200 pixels. A gizmo at the origin stands at pixel (100, 100), and one world
+// unit at its depth covers 10 pixels, so its 60-pixel axes are 6 units long and a drag of 20
+// pixels along a handle moves the objects by 2 units. The controller is attached and the
+// recording listener installed. Fixtures of whole-controller tests derive from it.
+class ControllerInEngineTest : public ::testing::Test {
+protected:
+    ControllerInEngineTest() : camera(MakeStandardCamera()) {
+        engine.setCameraNode(new mxCameraNode(camera.get()));
+        engine.setViewportSize(csViewWidth, csViewHeight);
+        engine.attachController(&controller);
+        controller.install3DManipulatorMotionListener(&listener);
+    }
+    ~ControllerInEngineTest() override { engine.detachController(&controller); }
+
+    // A new gizmo below parent (the scene when null), in mode, around references.
+    mxGizmoNode* AddGizmo(mxGizmoNode::GizmoMode mode, const std::vector<mxSpatial*>& references,
+                          mxNode* parent = nullptr) {
+        mxGizmoNode* added = new mxGizmoNode;
+        (parent ? parent : engine.getScene())->attachChild(added);
+        added->setMode(mode);
+        added->setReferenceObjects(references);
+        added->setCullingMode(mxSpatial::CULL_DYNAMIC);
+        return added;
+    }
+
+    // A new object at position (below parent when given), kept alive by the fixture.
+    mxSpatial* AddObject(const Wm4::Vector3<float>& position, mxNode* parent = nullptr) {
+        objects.push_back(MakeObject(position, parent));
+        return objects.back().get();
+    }
+
+    // The window pixel over a point of a gizmo's own frame, as last placed.
+    WindowPixel PixelOver(const mxGizmoNode& over, const Wm4::Vector3<float>& local) const {
+        return WindowPixelOf(*camera, over.getWorldTransform().ApplyForward(local, true));
+    }
+
+    // The controller's public mouse calls at a window pixel of the standard view.
+    bool Press(const WindowPixel& pixel) {
+        return controller.setMousePressed(camera.get(), pixel.x, pixel.y, csViewWidth,
+                                          csViewHeight);
+    }
+    bool Move(const WindowPixel& pixel) { return controller.setMousePos(pixel.x, pixel.y); }
+    bool Release(const WindowPixel& pixel) { return controller.setMouseReleased(pixel.x, pixel.y); }
+
+    std::vector<mxPointer<mxMesh>> objects;
+    mxPointer<mxCamera> camera;
+    mxEngine engine;
+    mxGizmoController controller;
+    RecordingListener listener;
+};
 
 } // namespace mx::test

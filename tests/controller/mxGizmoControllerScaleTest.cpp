@@ -13,6 +13,7 @@
 #include "scenegraph/mxMesh.h"
 #include "scenegraph/mxPointer.h"
 #include "scenegraph/mxSpatial.h"
+#include "system/mxLog.h"
 #include "wm4/Wm4Math.h"
 #include "wm4/Wm4Matrix3.h"
 #include "wm4/Wm4Vector2.h"
@@ -459,6 +460,68 @@ TEST_F(mxGizmoControllerScaleTest, MoveWithANullNodeOrCameraReturnsFalseAndLeave
 
     EXPECT_TRUE(BitwiseEqual(right->getWorldTransform(), rightAtStart));
     EXPECT_EQ(1.0f, node()->getScaleReference().X());
+}
+
+TEST_F(mxGizmoControllerScaleTest, MoveWithACameraThatGivesNoRayReturnsFalseAndLeavesTheObjects) {
+    const Transform rightAtStart = right->getWorldTransform();
+    pressOnX();
+    // Orthographic, with a zero view direction: no pick ray can be made with it.
+    mxPointer<mxCamera> blind = new mxCamera(false);
+    blind->setAxes(Vec3(0.0f, 0.0f, 0.0f), csUnitY, csUnitX);
+
+    EXPECT_FALSE(controller.setMouseScalePos(node(), blind.get(), draggedBy(1.0f)));
+
+    EXPECT_TRUE(BitwiseEqual(right->getWorldTransform(), rightAtStart));
+    EXPECT_EQ(Vec3(1.0f, 1.0f, 1.0f), node()->getScaleReference());
+    // The drag goes on with a camera that can see.
+    EXPECT_TRUE(moveTo(draggedBy(1.0f)));
+    EXPECT_TRUE(ObjectIs(*right, Vec3(5.0f, 0.0f, 0.0f), Vec3(2.0f, 1.0f, 1.0f)));
+}
+
+TEST_F(mxGizmoControllerScaleTest, ReleaseWithoutAPickedAxisAnnouncesAnIdentityScaleEnd) {
+    const Transform rightAtStart = right->getWorldTransform();
+
+    releaseAt(draggedBy(1.0f));
+
+    EXPECT_EQ(std::vector<std::string>{"scaleEnd"}, listener.events);
+    ASSERT_EQ(1u, listener.ends.size());
+    EXPECT_TRUE(listener.ends[0].IsIdentity());
+    EXPECT_TRUE(BitwiseEqual(right->getWorldTransform(), rightAtStart));
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        EXPECT_EQ(csHidden, activeFrame(axis).getCullingMode());
+    }
+}
+
+// A derived controller that changes the drag's start behind the press's back: a start that is
+// not held as rotation and scale cannot give the scaling's frame.
+class ScaleWithOpenStart : public mxGizmoControllerScale {
+public:
+    using mxGizmoControllerScale::mxGizmoControllerScale;
+    using mxGizmoControllerScale::startTransformation;
+};
+
+TEST_F(mxGizmoControllerScaleTest, MoveFromAStartThatIsNotRotationAndScaleWarnsAndScalesNothing) {
+    ScaleWithOpenStart open(listeners);
+    ASSERT_TRUE(open.updateScaleHover(node(), camera.get(), pressMouse(), csPickTolerance,
+                                      csViewWidth, csViewHeight));
+    open.setMouseScalePressed(node(), camera.get(), pressMouse());
+    ASSERT_TRUE(open.setMouseScalePos(node(), camera.get(), draggedBy(1.0f)));
+    ASSERT_TRUE(ObjectIs(*right, Vec3(5.0f, 0.0f, 0.0f), Vec3(2.0f, 1.0f, 1.0f)));
+    const Transform rightAfterFirstMove = right->getWorldTransform();
+    // The same frame, held as a general matrix.
+    open.startTransformation.SetMatrix(Mat3::IDENTITY);
+    open.startTransformation.SetTranslate(csCentre);
+    mx::test::mxLogCapture log;
+
+    EXPECT_FALSE(open.setMouseScalePos(node(), camera.get(), draggedBy(2.0f)));
+    EXPECT_FALSE(open.setMouseScalePos(node(), camera.get(), draggedBy(0.5f)));
+
+    const std::string warning = mx::mxLog::formatLine(
+        5, nullptr, nullptr,
+        "The gizmo must have an RS matrix (mxGizmoControllerScale::setMouseScalePos)");
+    EXPECT_EQ((std::vector<std::string>{warning, warning}), log.lines());
+    EXPECT_TRUE(BitwiseEqual(right->getWorldTransform(), rightAfterFirstMove));
+    EXPECT_TRUE(VectorNear(node()->getScaleReference(), Vec3(2.0f, 1.0f, 1.0f), csTolerance));
 }
 
 TEST_F(mxGizmoControllerScaleTest, ReleaseWithANullNodeStillDropsThePickAndAnnouncesScaleEnd) {

@@ -90,56 +90,15 @@ Transform TurnedCustom() {
     return custom;
 }
 
-// The standard view in an engine: the eye at (0, 0, 10) looking down -Z, a 90-degree field of
-// view over 200 x 200 pixels. A gizmo at the origin stands at pixel (100, 100), and one world
-// unit at its depth covers 10 pixels, so its 60-pixel axes are 6 units long and a drag of 20
-// pixels along a handle moves the objects by 2 units. The controller is attached and the
-// recording listener installed.
-class mxGizmoControllerTest : public ::testing::Test {
+// The controller in the standard view (ControllerInEngineTest), with the scenes the tests share.
+class mxGizmoControllerTest : public mx::test::ControllerInEngineTest {
 protected:
-    mxGizmoControllerTest() : camera(MakeStandardCamera()) {
-        engine.setCameraNode(new mxCameraNode(camera.get()));
-        engine.setViewportSize(csViewWidth, csViewHeight);
-        engine.attachController(&controller);
-        controller.install3DManipulatorMotionListener(&listener);
-    }
-    ~mxGizmoControllerTest() override { engine.detachController(&controller); }
-
-    // A new gizmo below parent (the scene when null), in mode, around objects.
-    mxGizmoNode* AddGizmo(GizmoMode mode, const std::vector<mxSpatial*>& references,
-                          mxNode* parent = nullptr) {
-        mxGizmoNode* gizmo = new mxGizmoNode;
-        (parent ? parent : engine.getScene())->attachChild(gizmo);
-        gizmo->setMode(mode);
-        gizmo->setReferenceObjects(references);
-        gizmo->setCullingMode(mxSpatial::CULL_DYNAMIC);
-        return gizmo;
-    }
-
-    // A new object at position (below parent when given), kept alive by the fixture.
-    mxSpatial* AddObject(const Vec3& position, mxNode* parent = nullptr) {
-        objects.push_back(MakeObject(position, parent));
-        return objects.back().get();
-    }
-
     // A new node below the scene (or parent).
     mxNode* AddNode(mxNode* parent = nullptr) {
         mxNode* node = new mxNode;
         (parent ? parent : engine.getScene())->attachChild(node);
         return node;
     }
-
-    // The window pixel over a point of the gizmo's own frame, as last placed.
-    WindowPixel PixelOver(const mxGizmoNode& gizmo, const Vec3& local) const {
-        return WindowPixelOf(*camera, gizmo.getWorldTransform().ApplyForward(local, true));
-    }
-
-    bool Press(const WindowPixel& pixel) {
-        return controller.setMousePressed(camera.get(), pixel.x, pixel.y, csViewWidth,
-                                          csViewHeight);
-    }
-    bool Move(const WindowPixel& pixel) { return controller.setMousePos(pixel.x, pixel.y); }
-    bool Release(const WindowPixel& pixel) { return controller.setMouseReleased(pixel.x, pixel.y); }
 
     // A whole drag from pixel by dx pixels to the right, recorded only: the press, one move
     // and the release there. Returns what the press answered.
@@ -266,12 +225,6 @@ protected:
         lower = AddGizmo(mxGizmoNode::GIZMO_TRANSLATE, {AddObject(Vec3(-5.0f, -3.0f, 0.0f))});
         engine.updateFrame();
     }
-
-    std::vector<mxPointer<mxMesh>> objects;
-    mxPointer<mxCamera> camera;
-    mxEngine engine;
-    mxGizmoController controller;
-    RecordingListener listener;
 
     mxSpatial* object = nullptr;
     // The world (and local) transformation object was made with.

@@ -35,7 +35,10 @@ namespace {
 
 // Opens the protected helpers of the base to the tests.
 struct Exposed : mx::mxGizmoNodeBase {
+    using mx::mxGizmoNodeBase::attachLines;
+    using mx::mxGizmoNodeBase::finishLines;
     using mx::mxGizmoNodeBase::PrepareGeneratedPrimitives;
+    using mx::mxGizmoNodeBase::resetLines;
     void setOwner(mxGizmoNode* newOwner) { owner = newOwner; }
 };
 
@@ -302,6 +305,48 @@ TEST_F(mxGizmoNodeBaseTest, DetachedLineLivesOnInItsSubGizmo) {
     EXPECT_EQ(1, circle->GetReferences());
     EXPECT_EQ(circle, node->getRotateGizmo().getCircle(1));
     EXPECT_EQ(nullptr, circle->getParent());
+}
+
+// --- line building helpers, as a derived sub-gizmo uses them ---------------------------------
+
+TEST_F(mxGizmoNodeBaseTest, LinesOfABaseWithoutOwnerAreAttachedNowhereUntilItHasOne) {
+    Exposed base;
+    Exposed::LineList shafts;
+    Exposed::LineList heads;
+    Exposed::resetLines(shafts);
+    Exposed::resetLines(heads);
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        shafts[axis] = new mxLine(2u);
+        heads[axis] = new mxLine(3u);
+    }
+
+    base.attachLines(shafts, &heads);
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        EXPECT_EQ(nullptr, shafts[axis]->getParent());
+        EXPECT_EQ(nullptr, heads[axis]->getParent());
+    }
+
+    mxPointer<mx::mxNode> owner = new mxGizmoNode;
+    base.setOwner(static_cast<mxGizmoNode*>(owner.get()));
+    const int before = owner->getChildCount();
+    base.attachLines(shafts, &heads);
+    ASSERT_EQ(before + 6, owner->getChildCount());
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        EXPECT_EQ(shafts[axis].get(), owner->getChild(before + 2 * static_cast<int>(axis)));
+        EXPECT_EQ(heads[axis].get(), owner->getChild(before + 2 * static_cast<int>(axis) + 1));
+    }
+}
+
+TEST_F(mxGizmoNodeBaseTest, FinishingLinesWidensEachLineAndPassesOverEmptyEntries) {
+    Exposed::LineList lines;
+    Exposed::resetLines(lines);
+    lines[0] = new mxLine(2u);
+    lines[2] = new mxLine(2u);
+
+    Exposed::finishLines(lines, 3.5f);
+    EXPECT_EQ(3.5f, lines[0]->getWidth());
+    EXPECT_EQ(nullptr, lines[1].get());
+    EXPECT_EQ(3.5f, lines[2]->getWidth());
 }
 
 // --- PrepareGeneratedPrimitives --------------------------------------------------------------

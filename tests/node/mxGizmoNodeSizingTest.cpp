@@ -24,6 +24,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 namespace {
@@ -679,6 +680,60 @@ TEST_F(mxGizmoNodeSizingTest, NullCameraLeavesTheArrowheadsAlone) {
     node->updateCameraFacing(nullptr);
     EXPECT_EQ(stamps, headStamps(*node));
     expectChildLocalsUnchanged(*node, before);
+}
+
+// The arrowheads are turned in the frame of the node that the first of them hangs in: once it
+// hangs in none, none of them is turned, not even those still attached.
+TEST_F(mxGizmoNodeSizingTest, ArrowheadsAreNotTurnedOnceTheFirstHangsInNoNode) {
+    node->editLocalTransform(true).SetTranslate(Vec3(0.0f, 0.0f, -10.0f));
+    node->UpdateGS();
+    mxCamera camera;
+    ASSERT_TRUE(
+        camera.lookAt(Vec3(4.0f, 6.0f, 5.0f), Vec3(0.0f, 0.0f, -10.0f), Vec3(0.0f, 1.0f, 0.0f)));
+    mxLine* first = node->editTranslateGizmo().getArrowHead(0);
+    ASSERT_GE(node->detachChild(first), 0);
+    ASSERT_EQ(nullptr, first->getParent());
+    std::vector<Transform> before;
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        before.push_back(node->getTranslateGizmo().getArrowHead(axis)->getLocalTransform());
+    }
+    const std::vector<std::uint64_t> stamps = headStamps(*node);
+
+    node->updateCameraFacing(&camera);
+    EXPECT_EQ(stamps, headStamps(*node));
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        SCOPED_TRACE(axis);
+        EXPECT_TRUE(SameBits(node->getTranslateGizmo().getArrowHead(axis)->getLocalTransform(),
+                             before[axis]));
+    }
+    // Hung in the node again, they are all turned.
+    ASSERT_GE(node->attachChild(first), 0);
+    node->UpdateGS();
+    node->updateCameraFacing(&camera);
+    const std::vector<std::uint64_t> turned = headStamps(*node);
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        EXPECT_NE(stamps[axis], turned[axis]) << "axis " << axis;
+    }
+}
+
+// A direction with a NaN component has length 0 (Wild Magic's square root gives 0 for NaN) and
+// normalises to the zero vector: a node moved to a NaN position gives its arrowheads zero
+// rotations, finite, instead of NaN ones.
+TEST_F(mxGizmoNodeSizingTest, ArrowheadsOfANodeAtANaNPositionGetZeroRotationsNotNaN) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    node->editLocalTransform(true).SetTranslate(Vec3(nan, 0.0f, -10.0f));
+    node->UpdateGS();
+    mxCamera camera;
+    ASSERT_TRUE(
+        camera.lookAt(Vec3(4.0f, 6.0f, 5.0f), Vec3(0.0f, 0.0f, -10.0f), Vec3(0.0f, 1.0f, 0.0f)));
+
+    node->updateCameraFacing(&camera);
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        SCOPED_TRACE(axis);
+        const Mat3& m =
+            node->getTranslateGizmo().getArrowHead(axis)->getLocalTransform().GetRotate();
+        EXPECT_TRUE(MatrixNear(m, Mat3::ZERO, 0.0));
+    }
 }
 
 // ---------------------------------------------------------------------------------------------

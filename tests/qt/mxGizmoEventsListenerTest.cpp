@@ -9,6 +9,7 @@
 #include "rendering/mxEngine.h"
 #include "scenegraph/mxCamera.h"
 #include "scenegraph/mxCameraNode.h"
+#include "scenegraph/mxEngineInterface.h"
 #include "scenegraph/mxPointer.h"
 #include "wm4/Wm4Vector3.h"
 
@@ -414,6 +415,67 @@ TEST(mxGizmoEventsListenerTest, PressIsHitTestedWithTheEnginesCurrentCamera) {
     EXPECT_EQ(csPassedOn, scene.release(onXFromTheStandardEye));
     EXPECT_EQ(csConsumed, scene.press(onYFromTheShiftedEye));
     EXPECT_EQ(csConsumed, scene.release(onYFromTheShiftedEye));
+}
+
+// Without an engine, or with an engine that has no camera node, no press can be hit-tested
+// against the view: it is not the gizmos', and passes on.
+
+TEST(mxGizmoEventsListenerTest, ListenerWithoutAnEngineLetsPressesOnTheGizmoPassOn) {
+    Scene scene;
+    mxGizmoEventsListener blind(nullptr);
+    blind.setController(&scene.controller);
+    scene.widget.removeEventFilter(&scene.filter);
+    scene.widget.installEventFilter(&blind);
+
+    EXPECT_EQ(csPassedOn, scene.press(scene.onX()));
+    EXPECT_EQ(csPassedOn, scene.move(scene.onX() + QPoint(20, 0), Qt::LeftButton));
+    EXPECT_EQ(csPassedOn, scene.release(scene.onX() + QPoint(20, 0)));
+    // The press never reached the controller: the frame replays only the move and the
+    // release, which drag nothing.
+    scene.engine.updateFrame();
+    EXPECT_TRUE(scene.listener.events.empty());
+    EXPECT_TRUE(scene.objectsUnmoved());
+}
+
+// An engine of the host's interface that has neither a scene nor a camera node yet.
+class EngineWithoutCamera : public mxEngineInterface {
+public:
+    void getViewportSize(int& width, int& height) const override {
+        width = csViewWidth;
+        height = csViewHeight;
+    }
+};
+
+TEST(mxGizmoEventsListenerTest, PressWithAnEngineWithoutCameraNodeIsOnNoGizmoAndPassesOn) {
+    Scene scene;
+    ASSERT_EQ(csConsumed, scene.press(scene.onX()));
+    ASSERT_EQ(csConsumed, scene.release(scene.onX()));
+    EngineWithoutCamera bare;
+    mxGizmoEventsListener filter(&bare);
+    filter.setController(&scene.controller);
+    scene.widget.removeEventFilter(&scene.filter);
+    scene.widget.installEventFilter(&filter);
+
+    EXPECT_EQ(csPassedOn, scene.press(scene.onX()));
+    EXPECT_EQ(csPassedOn, scene.release(scene.onX()));
+}
+
+// The filter with its event hook opened, as Qt calls it.
+class OpenFilter : public mxGizmoEventsListener {
+public:
+    using mxGizmoEventsListener::eventFilter;
+    using mxGizmoEventsListener::mxGizmoEventsListener;
+};
+
+TEST(mxGizmoEventsListenerTest, NullEventPassesOnAndRecordsNothing) {
+    Scene scene;
+    OpenFilter filter(&scene.engine);
+    filter.setController(&scene.controller);
+    EXPECT_FALSE(filter.eventFilter(&scene.widget, nullptr));
+    EXPECT_FALSE(filter.eventFilter(nullptr, nullptr));
+    scene.engine.updateFrame();
+    EXPECT_TRUE(scene.hovered(-1));
+    EXPECT_TRUE(scene.listener.events.empty());
 }
 
 // ---------------------------------------------------------------------------------------------

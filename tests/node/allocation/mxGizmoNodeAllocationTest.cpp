@@ -4,14 +4,24 @@
 // This program stands alone because it replaces the global operator new and operator delete
 // of the whole process with counting versions (malloc and free underneath) that can be armed
 // to fail the Nth allocation from now. Linked into the ordinary test program, the replacement
-// would count and disturb every other test.
+// would count and disturb every other test. The other files of this program arm the same
+// replacement through mxFailingAllocation.h.
 #include "node/mxGizmoNode.h"
 
+#include "mxFailingAllocation.h"
+
+#include "node/mxGizmoNodeScale.h"
+#include "node/mxGizmoNodeTranslate.h"
+#include "scenegraph/mxCamera.h"
 #include "scenegraph/mxLine.h"
+#include "scenegraph/mxSpatial.h"
+#include "wm4/Wm4Matrix3.h"
+#include "wm4/Wm4Vector3.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cmath>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
@@ -106,6 +116,25 @@ void operator delete(void* block, const std::nothrow_t&) noexcept {
 void operator delete[](void* block, const std::nothrow_t&) noexcept {
     countedRelease(block);
 }
+
+namespace {} // namespace
+
+// The hooks the other tests of this program use (mxFailingAllocation.h).
+namespace mx::test {
+
+void ArmAllocationFailureAt(long count) {
+    armFailureAt(count);
+}
+
+bool DisarmAllocationFailure() {
+    return disarm();
+}
+
+long LiveAllocations() {
+    return gLiveAllocations.load();
+}
+
+} // namespace mx::test
 
 namespace {
 
@@ -234,6 +263,127 @@ TEST(mxGizmoNodeAllocationTest, ConstructionFailingAtAnyAllocationLetsBadAllocOu
     }
     EXPECT_TRUE(built);
     EXPECT_GT(failures, 19);
+}
+
+// A sub-gizmo's lines can be built again through its build operations. A rebuild that runs out
+// of memory part way lets std::bad_alloc out and leaves the list with the lines made so far
+// and empty entries after them; the node must still work with such a list.
+
+// The rotation that turns an arrowhead of the X axis at (1, 0, -10), in an unturned node, to
+// face an eye at (0, 5, 0): x along the axis, z towards the eye across the axis, y = z x x.
+Wm4::Matrix3<float> XHeadFacingTheEye() {
+    const float c = 2.0f / std::sqrt(5.0f);
+    const float s = 1.0f / std::sqrt(5.0f);
+    return Wm4::Matrix3<float>(Wm4::Vector3<float>(1.0f, 0.0f, 0.0f),
+                               Wm4::Vector3<float>(0.0f, c, -s), Wm4::Vector3<float>(0.0f, s, c),
+                               true);
+}
+
+bool Near(const Wm4::Matrix3<float>& a, const Wm4::Matrix3<float>& b) {
+    for (int r = 0; r < 3; ++r) {
+        for (int c = 0; c < 3; ++c) {
+            if (!(std::fabs(a(r, c) - b(r, c)) <= 1e-5f)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+TEST(mxGizmoNodeAllocationTest, ArrowHeadRebuildFailingPartWayStillFacesTheHeadsItMade) {
+    warmUp();
+    const long baseline = gLiveAllocations.load();
+    mx::mxPointer<mx::mxGizmoNode> node = new mx::mxGizmoNode;
+    node->editLocalTransform(true).SetTranslate(Wm4::Vector3<float>(0.0f, 0.0f, -10.0f));
+    node->UpdateGS();
+    // Looking down -Z from 5 units above the node's centre line.
+    mx::mxCamera camera;
+    camera.setLocation(Wm4::Vector3<float>(0.0f, 5.0f, 0.0f));
+    mx::mxGizmoNodeTranslate& translate = node->editTranslateGizmo();
+
+    long failures = 0;
+    long partial = 0;
+    bool built = false;
+    for (long n = 1; n <= csLimit && !built; ++n) {
+        bool threw = false;
+        armFailureAt(n);
+        try {
+            translate.buildArrowHeads();
+        } catch (const std::bad_alloc&) {
+            threw = true;
+        }
+        if (!disarm()) {
+            EXPECT_FALSE(threw) << "at n = " << n;
+            built = true;
+            continue;
+        }
+        ++failures;
+        EXPECT_TRUE(threw) << "at n = " << n;
+        mx::mxLine* first = translate.getArrowHead(0);
+        if (!first || translate.getArrowHead(2)) {
+            // No arrowhead to turn, or all three: nothing new to see.
+            node->updateCameraFacing(&camera);
+            continue;
+        }
+        ++partial;
+        // A rebuilt arrowhead hangs in no node: no frame to face the eye in.
+        node->updateCameraFacing(&camera);
+        EXPECT_EQ(Wm4::Matrix3<float>::IDENTITY, first->getLocalTransform().GetRotate())
+            << "at n = " << n;
+        // Hung in the node, it is turned towards the eye; the missing ones are passed over.
+        const int slot = node->attachChild(first);
+        node->UpdateGS();
+        node->updateCameraFacing(&camera);
+        EXPECT_TRUE(Near(first->getLocalTransform().GetRotate(), XHeadFacingTheEye()))
+            << "at n = " << n;
+        node->detachChildAt(slot);
+    }
+    EXPECT_TRUE(built);
+    // At least the allocation of each of the three arrowheads.
+    EXPECT_GE(failures, 3);
+    EXPECT_GE(partial, 1);
+    node.reset();
+    EXPECT_EQ(baseline, gLiveAllocations.load());
+}
+
+TEST(mxGizmoNodeAllocationTest, ActiveFrameRebuildFailingPartWayKeepsTheFramesItMadeHidden) {
+    warmUp();
+    mx::mxPointer<mx::mxGizmoNode> node = new mx::mxGizmoNode;
+    node->setMode(mx::mxGizmoNode::GIZMO_SCALE);
+    mx::mxGizmoNodeScale& scale = node->editScaleGizmo();
+
+    long failures = 0;
+    long partial = 0;
+    bool built = false;
+    for (long n = 1; n <= csLimit && !built; ++n) {
+        bool threw = false;
+        armFailureAt(n);
+        try {
+            scale.buildActiveFrames();
+        } catch (const std::bad_alloc&) {
+            threw = true;
+        }
+        if (!disarm()) {
+            built = true;
+            continue;
+        }
+        ++failures;
+        EXPECT_TRUE(threw) << "at n = " << n;
+        partial += scale.getActiveFrame(0) && !scale.getActiveFrame(2) ? 1 : 0;
+        // A new line is shown by default; showing the sub-gizmo hides every frame it has and
+        // passes over the missing ones.
+        scale.applyEnabledAxis(true);
+        for (unsigned int axis = 0; axis < 3; ++axis) {
+            if (const mx::mxLine* frame = scale.getActiveFrame(axis)) {
+                EXPECT_EQ(mx::mxSpatial::CULL_ALWAYS, frame->getCullingMode())
+                    << "axis " << axis << " at n = " << n;
+            }
+            EXPECT_EQ(mx::mxSpatial::CULL_DYNAMIC, scale.getAxis(axis)->getCullingMode());
+        }
+    }
+    EXPECT_TRUE(built);
+    EXPECT_GE(failures, 3);
+    EXPECT_GE(partial, 1);
 }
 
 } // namespace

@@ -20,6 +20,7 @@
 
 #include <QOpenGLContext>
 #include <QOpenGLExtraFunctions>
+#include <QSurface>
 
 #include <gtest/gtest.h>
 
@@ -255,6 +256,45 @@ TEST_F(mxOpenGLRendererTest, BeginFrameClearsToTheClearColour) {
     EXPECT_TRUE(NoGLError());
     EXPECT_TRUE(ColorNear(Color(0.2f, 0.4f, 0.6f, 1.0f), at(0, 0)));
     EXPECT_TRUE(ColorNear(Color(0.2f, 0.4f, 0.6f, 1.0f), at(199, 199)));
+}
+
+TEST_F(mxOpenGLRendererTest, WithoutACurrentContextItIsInvalidRefusesBuffersAndDrawsNothing) {
+    // The fixture's frame, cleared to a colour the other renderer never uses.
+    renderer->setClearColor(Color(0.2f, 0.4f, 0.6f, 1.0f));
+    renderer->beginFrame();
+    renderer->endFrame();
+    QOpenGLContext* context = QOpenGLContext::currentContext();
+    ASSERT_NE(nullptr, context);
+    QSurface* surface = context->surface();
+    mxPointer<mxLine> line = MakeRowLine(5.0f);
+    mxPointer<mxMesh> square = MakeSquare(20.0f);
+    const mxPointer<mxCamera> camera = MakePixelCamera();
+
+    context->doneCurrent();
+    {
+        mxOpenGLRenderer orphan;
+        EXPECT_FALSE(orphan.isValid());
+        EXPECT_EQ("no current OpenGL context", orphan.getError());
+        EXPECT_TRUE(orphan.prepareBuffer(nullptr, false));
+        EXPECT_FALSE(
+            orphan.prepareBuffer(line->getGeneratedGeometry()->getGeneratedBuffer(0), true));
+        EXPECT_EQ(0u, orphan.getHeldBufferCount());
+        EXPECT_EQ(0u, orphan.getUploadCount());
+        orphan.setClearColor(Color(1.0f, 1.0f, 1.0f, 1.0f));
+        orphan.beginFrame();
+        orphan.setView(*camera, 200, 200);
+        orphan.drawMesh(*square);
+        orphan.drawLine(*line);
+        orphan.beginOverlay();
+        orphan.drawLine(*line);
+        orphan.endFrame();
+    }
+    ASSERT_TRUE(context->makeCurrent(surface));
+
+    // Nothing reached the framebuffer: no clear to white, no square or line in the middle.
+    EXPECT_TRUE(ColorNear(Color(0.2f, 0.4f, 0.6f, 1.0f), at(100, 100)));
+    EXPECT_TRUE(ColorNear(Color(0.2f, 0.4f, 0.6f, 1.0f), at(0, 0)));
+    EXPECT_TRUE(NoGLError());
 }
 
 // ---------------------------------------------------------------------------------------------
