@@ -117,8 +117,6 @@ void operator delete[](void* block, const std::nothrow_t&) noexcept {
     countedRelease(block);
 }
 
-namespace {} // namespace
-
 // The hooks the other tests of this program use (mxFailingAllocation.h).
 namespace mx::test {
 
@@ -290,6 +288,30 @@ bool Near(const Wm4::Matrix3<float>& a, const Wm4::Matrix3<float>& b) {
     return true;
 }
 
+// Runs rebuild with its n-th allocation failing, for n = 1, 2, ... until a run in which no
+// allocation fails; after each failed run, inspect(n) looks at what that run left. A run must
+// throw exactly when an allocation failed. Returns the number of failed runs.
+template <class Rebuild, class Inspect>
+long failEachAllocationOf(Rebuild rebuild, Inspect inspect) {
+    for (long n = 1; n <= csLimit; ++n) {
+        bool threw = false;
+        armFailureAt(n);
+        try {
+            rebuild();
+        } catch (const std::bad_alloc&) {
+            threw = true;
+        }
+        const bool fired = disarm();
+        EXPECT_EQ(fired, threw) << "at n = " << n;
+        if (!fired) {
+            return n - 1;
+        }
+        inspect(n);
+    }
+    ADD_FAILURE() << "the rebuild never got through";
+    return csLimit;
+}
+
 TEST(mxGizmoNodeAllocationTest, ArrowHeadRebuildFailingPartWayStillFacesTheHeadsItMade) {
     warmUp();
     const long baseline = gLiveAllocations.load();
@@ -301,29 +323,13 @@ TEST(mxGizmoNodeAllocationTest, ArrowHeadRebuildFailingPartWayStillFacesTheHeads
     camera.setLocation(Wm4::Vector3<float>(0.0f, 5.0f, 0.0f));
     mx::mxGizmoNodeTranslate& translate = node->editTranslateGizmo();
 
-    long failures = 0;
     long partial = 0;
-    bool built = false;
-    for (long n = 1; n <= csLimit && !built; ++n) {
-        bool threw = false;
-        armFailureAt(n);
-        try {
-            translate.buildArrowHeads();
-        } catch (const std::bad_alloc&) {
-            threw = true;
-        }
-        if (!disarm()) {
-            EXPECT_FALSE(threw) << "at n = " << n;
-            built = true;
-            continue;
-        }
-        ++failures;
-        EXPECT_TRUE(threw) << "at n = " << n;
+    const auto inspect = [&](long n) {
         mx::mxLine* first = translate.getArrowHead(0);
         if (!first || translate.getArrowHead(2)) {
             // No arrowhead to turn, or all three: nothing new to see.
             node->updateCameraFacing(&camera);
-            continue;
+            return;
         }
         ++partial;
         // A rebuilt arrowhead hangs in no node: no frame to face the eye in.
@@ -337,8 +343,8 @@ TEST(mxGizmoNodeAllocationTest, ArrowHeadRebuildFailingPartWayStillFacesTheHeads
         EXPECT_TRUE(Near(first->getLocalTransform().GetRotate(), XHeadFacingTheEye()))
             << "at n = " << n;
         node->detachChildAt(slot);
-    }
-    EXPECT_TRUE(built);
+    };
+    const long failures = failEachAllocationOf([&] { translate.buildArrowHeads(); }, inspect);
     // At least the allocation of each of the three arrowheads.
     EXPECT_GE(failures, 3);
     EXPECT_GE(partial, 1);
@@ -352,23 +358,8 @@ TEST(mxGizmoNodeAllocationTest, ActiveFrameRebuildFailingPartWayKeepsTheFramesIt
     node->setMode(mx::mxGizmoNode::GIZMO_SCALE);
     mx::mxGizmoNodeScale& scale = node->editScaleGizmo();
 
-    long failures = 0;
     long partial = 0;
-    bool built = false;
-    for (long n = 1; n <= csLimit && !built; ++n) {
-        bool threw = false;
-        armFailureAt(n);
-        try {
-            scale.buildActiveFrames();
-        } catch (const std::bad_alloc&) {
-            threw = true;
-        }
-        if (!disarm()) {
-            built = true;
-            continue;
-        }
-        ++failures;
-        EXPECT_TRUE(threw) << "at n = " << n;
+    const auto inspect = [&](long n) {
         partial += scale.getActiveFrame(0) && !scale.getActiveFrame(2) ? 1 : 0;
         // A new line is shown by default; showing the sub-gizmo hides every frame it has and
         // passes over the missing ones.
@@ -380,8 +371,8 @@ TEST(mxGizmoNodeAllocationTest, ActiveFrameRebuildFailingPartWayKeepsTheFramesIt
             }
             EXPECT_EQ(mx::mxSpatial::CULL_DYNAMIC, scale.getAxis(axis)->getCullingMode());
         }
-    }
-    EXPECT_TRUE(built);
+    };
+    const long failures = failEachAllocationOf([&] { scale.buildActiveFrames(); }, inspect);
     EXPECT_GE(failures, 3);
     EXPECT_GE(partial, 1);
 }
